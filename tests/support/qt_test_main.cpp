@@ -3,8 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTemporaryDir>
 
 int main(int argc, char** argv) {
+  // Tests run in parallel: each process keeps its settings and logs apart.
+  QTemporaryDir scratch;
+  qputenv("XDG_CONFIG_HOME", (scratch.path() + "/config").toUtf8());
+  qputenv("XDG_DATA_HOME", (scratch.path() + "/data").toUtf8());
+
   QApplication application(argc, argv);
   QApplication::setOrganizationName("RenderWidgetTests");
   QApplication::setApplicationName("render_widget_tests");

@@ -28,6 +28,17 @@ class OgreEngine {
   Ogre::SceneManager* sceneManager() const;    // null when OGRE could not start
   Ogre::OverlaySystem* overlaySystem() const;  // null when OGRE could not start
 
+  // True once the render system has a render target (a window), which is
+  // when OGRE can create textures, hardware buffers and fonts.
+  bool renderSystemReady() const;
+
+  // Initialises every resource group (parses the material and font scripts
+  // of the configured media) once the render system is ready. Idempotent:
+  // does nothing before a window exists or after the first success.
+  // Returns whether the resources are initialised.
+  bool initialiseResources();
+  bool resourcesInitialised() const;
+
  private:
   struct Impl;
   std::unique_ptr<Impl> m_impl;

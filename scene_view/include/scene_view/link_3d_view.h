@@ -12,6 +12,9 @@ class Link3DView : public Object3DView {
   Link3DView(boost::shared_ptr<Link> link, Ogre::SceneNode* node);
   boost::shared_ptr<Link> link() const { return m_link; }
 
+ protected:
+  void updatePose() override;
+
  private:
   boost::shared_ptr<Link> m_link;
 };

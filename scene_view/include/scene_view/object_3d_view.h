@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <boost/shared_ptr.hpp>
 
 namespace Ogre {
@@ -32,13 +35,38 @@ class Object3DView {
   Ogre::SceneNode* sceneNode() const { return m_node; }
   Ogre::Entity* entity() const { return m_entity; }  // null until built
 
+  // Used by World3DView, which owns the OGRE objects behind the view.
+
+  // Takes the entity built for this view; the materials it has now are its
+  // normal look, `highlightMaterial` its selected look.
+  void attachEntity(Ogre::Entity* entity, const std::string& highlightMaterial);
+  // Brings the node to the frame's pose and the look to the marks.
+  void refresh();
+  // Forgets the node and entity, which the scene is about to destroy.
+  virtual void detachFromScene();
+
+  // True when the entity shows the selected look.
+  bool showsHighlight() const { return m_showsHighlight; }
+
  protected:
   Object3DView(boost::shared_ptr<Frame> frame, Ogre::SceneNode* node);
+
+  virtual void updatePose() = 0;
+  // The materials of the entity's sub-entities when not selected.
+  virtual std::vector<std::string> restingMaterials() const { return m_normalMaterials; }
+  virtual void visibilityChanged() {}
+  // Puts the highlight or the resting materials on the entity.
+  void applyLook();
 
   boost::shared_ptr<Frame> m_frame;
   Ogre::SceneNode* m_node = nullptr;
   Ogre::Entity* m_entity = nullptr;
   bool m_visible = true;
+
+ private:
+  std::vector<std::string> m_normalMaterials;
+  std::string m_highlightMaterial;
+  bool m_showsHighlight = false;
 };
 
 }  // namespace VX::NextGenView

@@ -10,6 +10,11 @@ namespace VX::NextGenView {
 // The motor of one revolute or continuous joint.
 class Actuator {
  public:
+  // The speed used when the description gives none, or zero (radians per second).
+  static constexpr float a_defaultMaxVelocity = 2.0f;
+
+  // A non-positive or non-finite maxVelocity falls back to a_defaultMaxVelocity;
+  // a continuous joint ignores lower and upper and has no limits.
   Actuator(std::string name, float lower, float upper, float maxVelocity, bool continuous);
 
   const std::string& name() const { return m_name; }
@@ -22,6 +27,7 @@ class Actuator {
   // Clamped to the limits (a continuous joint has none).
   void setCommand(float target);
 
+  // Minus and plus infinity for a continuous joint.
   float lowerLimit() const { return m_lower; }
   float upperLimit() const { return m_upper; }
   float maxVelocity() const { return m_maxVelocity; }  // radians per second

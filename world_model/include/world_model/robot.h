@@ -30,9 +30,12 @@ class Robot {
   // The same from URDF text; relative mesh files resolve against baseFolder.
   static RobotLoadResult loadFromUrdfString(const std::string& xml, const std::string& baseFolder = "");
 
+  ~Robot();
+
   const std::string& name() const { return m_name; }
 
   // The pose of the root link in the world: a position and a heading about +Z.
+  // After loading, the description's <base> annotation, or the origin.
   MK::Math::Position3D basePosition() const { return m_basePosition; }
   void setBasePosition(const MK::Math::Position3D& position) { m_basePosition = position; }
   float heading() const { return m_heading; }  // radians about +Z

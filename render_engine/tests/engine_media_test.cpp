@@ -1,0 +1,64 @@
+// The media the staged configuration points at: once a window exists and the
+// resources are initialised, the overlay font and the sky material resolve in
+// OGRE's default resource group.
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include <OgreMaterialManager.h>
+#include <OgrePass.h>
+#include <OgreRenderWindow.h>
+#include <OgreResourceGroupManager.h>
+#include <OgreRoot.h>
+#include <OgreTechnique.h>
+#include <OgreTextureUnitState.h>
+
+#include <ku/path.h>
+
+#include "log_capture.h"
+#include "render_engine/ogre_engine.h"
+#include "temporary_folder.h"
+
+namespace VX::NextGenView {
+namespace {
+
+using testing::LogCapture;
+using testing::TemporaryFolder;
+
+TEST(EngineMedia, FontAndSkyResolveOnceResourcesAreInitialised) {
+  TemporaryFolder folder;
+  const std::string conf = ku::path::findConf("balterconix", "ogre");
+  ASSERT_FALSE(conf.empty());
+  LogCapture capture;
+  OgreEngine engine(conf, (folder.path() / "ogre.log").string());
+  ASSERT_NE(engine.root(), nullptr);
+
+  EXPECT_FALSE(engine.initialiseResources()) << "no window yet";
+  engine.root()->initialise(false);
+  Ogre::RenderWindow* window = engine.root()->createRenderWindow("media test", 64, 64, false);
+  ASSERT_NE(window, nullptr);
+  EXPECT_TRUE(engine.renderSystemReady());
+  ASSERT_TRUE(engine.initialiseResources());
+  EXPECT_TRUE(engine.initialiseResources()) << "idempotent";
+  EXPECT_TRUE(engine.resourcesInitialised());
+
+  const std::string group = Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME;
+  EXPECT_TRUE(Ogre::ResourceGroupManager::getSingleton().resourceExists(group, "unispace_bd.ttf"));
+  EXPECT_TRUE(Ogre::ResourceGroupManager::getSingleton().resourceExists(group, "sky_up.png"));
+
+  Ogre::MaterialPtr sky = Ogre::MaterialManager::getSingleton().getByName("sky", group);
+  ASSERT_TRUE(sky);
+  sky->load();
+  ASSERT_TRUE(sky->isLoaded());
+  Ogre::Pass* pass = sky->getTechnique(0)->getPass(0);
+  EXPECT_FALSE(pass->getLightingEnabled());
+  EXPECT_FALSE(pass->getDepthWriteEnabled());
+  Ogre::TextureUnitState* unit = pass->getTextureUnitState(0);
+  EXPECT_EQ(unit->getTextureType(), Ogre::TEX_TYPE_CUBE_MAP);
+  ASSERT_TRUE(unit->_getTexturePtr());
+  EXPECT_TRUE(unit->_getTexturePtr()->isLoaded()) << "the six faces load";
+  EXPECT_EQ(capture.count(ku::log::Error, "rdr.engine"), 0);
+}
+
+}  // namespace
+}  // namespace VX::NextGenView

@@ -1,0 +1,61 @@
+#include "scene_view/object_3d_view.h"
+
+#include <OgreEntity.h>
+#include <OgreSceneNode.h>
+#include <OgreSubEntity.h>
+
+#include <world_model/frame.h>
+
+namespace VX::NextGenView {
+
+Object3DView::Object3DView(boost::shared_ptr<Frame> frame, Ogre::SceneNode* node)
+    : m_frame(std::move(frame)), m_node(node) {}
+
+Object3DView::~Object3DView() = default;
+
+void Object3DView::setVisible(bool visible) {
+  m_visible = visible;
+  if (m_entity) m_entity->setVisible(visible);
+  visibilityChanged();
+}
+
+void Object3DView::attachEntity(Ogre::Entity* entity, const std::string& highlightMaterial) {
+  m_entity = entity;
+  m_highlightMaterial = highlightMaterial;
+  m_normalMaterials.clear();
+  if (!m_entity) return;
+  for (unsigned i = 0; i < m_entity->getNumSubEntities(); ++i) {
+    m_normalMaterials.push_back(m_entity->getSubEntity(i)->getMaterialName());
+  }
+  m_entity->setVisible(m_visible);
+  applyLook();
+}
+
+void Object3DView::refresh() {
+  if (m_frame && m_node) updatePose();
+  if (m_changed) {
+    applyLook();
+    m_changed = false;
+  }
+}
+
+void Object3DView::detachFromScene() {
+  m_node = nullptr;
+  m_entity = nullptr;
+  m_showsHighlight = false;
+}
+
+void Object3DView::applyLook() {
+  if (!m_entity) return;
+  m_showsHighlight = m_selected || m_highlighted;
+  const std::vector<std::string> resting = restingMaterials();
+  for (unsigned i = 0; i < m_entity->getNumSubEntities(); ++i) {
+    const std::string& material =
+        m_showsHighlight || i >= resting.size() ? m_highlightMaterial : resting[i];
+    if (m_entity->getSubEntity(i)->getMaterialName() != material) {
+      m_entity->getSubEntity(i)->setMaterialName(material);
+    }
+  }
+}
+
+}  // namespace VX::NextGenView

@@ -1,0 +1,34 @@
+#pragma once
+// World-model types to OGRE types.
+
+#include <Eigen/Core>
+#include <OgreMatrix4.h>
+#include <OgreQuaternion.h>
+#include <OgreVector.h>
+
+#include <mk/math/transform.h>
+
+namespace VX::NextGenView {
+
+inline Ogre::Vector3 toOgreVector(const Eigen::Vector3f& v) { return Ogre::Vector3(v.x(), v.y(), v.z()); }
+
+inline Ogre::Vector3 toOgrePosition(const MK::Math::Transform& transform) {
+  return toOgreVector(transform.translation());
+}
+
+inline Ogre::Quaternion toOgreOrientation(const MK::Math::Transform& transform) {
+  const MK::Math::Quaternion q = MK::Math::quaternionFromTransform(transform);
+  return Ogre::Quaternion(q.w, q.x, q.y, q.z);
+}
+
+inline Ogre::Matrix4 toOgreMatrix(const MK::Math::Transform& transform) {
+  const Eigen::Matrix4f m = transform.isometry().matrix();
+  return Ogre::Matrix4(m(0, 0), m(0, 1), m(0, 2), m(0, 3), m(1, 0), m(1, 1), m(1, 2), m(1, 3), m(2, 0), m(2, 1),
+                       m(2, 2), m(2, 3), m(3, 0), m(3, 1), m(3, 2), m(3, 3));
+}
+
+inline Ogre::ColourValue toOgreColour(const Eigen::Vector4f& rgba) {
+  return Ogre::ColourValue(rgba.x(), rgba.y(), rgba.z(), rgba.w());
+}
+
+}  // namespace VX::NextGenView
