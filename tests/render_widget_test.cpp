@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QFile>
 #include <QImage>
 #include <QResizeEvent>
 #include <QScreen>
@@ -280,6 +281,62 @@ TEST(RenderWidget, RobotRemovedClearsTheSelectionOnly) {
     EXPECT_FALSE(view->m_highlighted);
   }
   EXPECT_EQ(RenderWidgetTestAccess::motorCommands(*widget).value("HeadYaw"), 0.25f) << "nothing else changes";
+}
+
+// An engine configuration like the shipped one, with the font left out of the media.
+std::string configurationWithoutFont(const QTemporaryDir& folder) {
+  const QString media = QString::fromUtf8(RENDERWIDGET_BUILD_DATA_DIR) + "/media/";
+  QFile file(folder.filePath("engine.cfg"));
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(("Plugin=RenderSystem_GL\nPlugin=Plugin_OctreeSceneManager\nPlugin=Codec_FreeImage\n"
+              "ResourceLocation=FileSystem:" + media + "materials\n"
+              "ResourceLocation=FileSystem:" + media + "textures\n").toUtf8());
+  return folder.path().toStdString();
+}
+
+TEST(RenderWidget, OgreErrorWhileBuildingTheWindowIsLoggedAndLeavesItUninitialised) {
+  QTemporaryDir folder;
+  WidgetWindow window(testing_support::worldWithBundledRobot(), false, configurationWithoutFont(folder));
+  ASSERT_NE(window.widget, nullptr);
+  CapturedRecords captured;
+  QSignalSpy ready(window.widget, &RenderWidget::renderWindowReady);
+  EXPECT_FALSE(window.show());
+  EXPECT_FALSE(window.widget->m_initialized);
+  EXPECT_EQ(ready.count(), 0);
+  EXPECT_NE(window.widget->renderWindow(), nullptr) << "the failure came after the window was made";
+
+  const auto record = std::find_if(captured.records.begin(), captured.records.end(),
+                                   [](const ku::log::Record& r) { return r.function == "initRenderWindow"; });
+  ASSERT_NE(record, captured.records.end());
+  EXPECT_EQ(record->level, 2);
+  EXPECT_EQ(record->category, "rdr.widget");
+  EXPECT_EQ(record->file, "");
+  EXPECT_EQ(record->line, 0);
+  EXPECT_EQ(record->text.rfind("Error when creating render window: ", 0), 0u) << record->text;
+  EXPECT_NE(record->text.find("unispace_bd.ttf"), std::string::npos) << record->text;
+  EXPECT_EQ(record->text.back(), '\n');
+
+  // Events stay unconnected and later calls return at once.
+  QTest::mousePress(window.widget, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+  EXPECT_EQ(RenderWidgetTestAccess::state(*window.widget), RenderWidget::NoState);
+  const std::size_t records = captured.records.size();
+  window.widget->initRenderWindow();
+  EXPECT_EQ(captured.records.size(), records);
+  window.widget->updateView();
+}
+
+TEST(RenderWidget, MissingSceneViewRecordText) {
+  CapturedRecords captured;
+  QWidget parent;
+  RenderWidget::create(&parent, testing_support::worldWithBundledRobot(), "/no/such/configuration", "", false);
+  const auto record = std::find_if(captured.records.begin(), captured.records.end(),
+                                   [](const ku::log::Record& r) { return r.function == "initWorldView"; });
+  ASSERT_NE(record, captured.records.end());
+  EXPECT_EQ(record->text, "Failed to create world view ! \n");
+  EXPECT_EQ(record->level, 2);
+  EXPECT_EQ(record->category, "rdr.widget");
+  EXPECT_EQ(record->file, "");
+  EXPECT_EQ(record->line, 0);
 }
 
 TEST(RenderWidget, SignalsAreConnectedOnlyAfterTheWindow) {
