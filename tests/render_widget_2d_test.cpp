@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <ku/log.h>
+#include <ku/record_capture.h>
 
 #include "bitmap_area.h"
 #include "support/meta_object_table.h"
@@ -43,13 +43,6 @@ class PictureFolder {
 QRgb shownColour(const RenderWidget2d& view) {
   return view.label()->pixmap(Qt::ReturnByValue).toImage().pixel(5, 5);
 }
-
-struct CapturedRecords {
-  CapturedRecords() : id(ku::log::addSink([this](const ku::log::Record& r) { records.push_back(r); })) {}
-  ~CapturedRecords() { ku::log::removeSink(id); }
-  std::vector<ku::log::Record> records;
-  ku::log::SinkId id;
-};
 
 boost::shared_ptr<World> worldOf(int robots) {
   auto world = boost::make_shared<World>();
@@ -242,7 +235,7 @@ TEST_F(ShownView, EveryButtonClicks) {
 
 TEST(RenderWidget2d, TwoRobotsOnlyLogEveryTime) {
   PictureFolder pictures;
-  CapturedRecords captured;
+  ku::log::RecordCapture captured;
   RenderWidget2d view(nullptr, worldOf(2), pictures.path());
   QSignalSpy chains(&view, &RenderWidget2d::chainSelected);
   view.updateView();
@@ -250,8 +243,8 @@ TEST(RenderWidget2d, TwoRobotsOnlyLogEveryTime) {
   EXPECT_EQ(chains.count(), 0);
   EXPECT_TRUE(view.bitmapAreas().isEmpty());
   EXPECT_EQ(shownColour(view), PictureFolder::colourOf("_unknown"));
-  ASSERT_EQ(captured.records.size(), 2u);
-  for (const auto& record : captured.records) {
+  ASSERT_EQ(captured.records().size(), 2u);
+  for (const auto& record : captured.records()) {
     EXPECT_EQ(record.text, "RenderWidget2d doesn't support multi robot 2\nOnly the first will be visible.\n");
     EXPECT_EQ(record.level, 2);
     EXPECT_EQ(record.category, "rdr.widget");
@@ -262,14 +255,14 @@ TEST(RenderWidget2d, TwoRobotsOnlyLogEveryTime) {
 TEST(RenderWidget2d, FourChainsLogEveryTimeAndBuildNoArea) {
   PictureFolder pictures;
   auto world = fourChainWorld();
-  CapturedRecords captured;
+  ku::log::RecordCapture captured;
   RenderWidget2d view(nullptr, world, pictures.path());
   view.updateView();
   view.updateView();
   EXPECT_TRUE(view.bitmapAreas().isEmpty());
-  ASSERT_EQ(captured.records.size(), 2u);
-  EXPECT_EQ(captured.records[0].text, "RenderWidget2d doesn't support 4 chains\n");
-  EXPECT_EQ(captured.records[1].level, 2);
+  ASSERT_EQ(captured.records().size(), 2u);
+  EXPECT_EQ(captured.records()[0].text, "RenderWidget2d doesn't support 4 chains\n");
+  EXPECT_EQ(captured.records()[1].level, 2);
 }
 
 TEST(RenderWidget2d, MissingPictureGivesAnEmptyLabelAndSkipsTheResize) {

@@ -18,7 +18,7 @@
 #include <Overlay/OgreOverlayContainer.h>
 #include <Overlay/OgreTextAreaOverlayElement.h>
 
-#include <ku/log.h>
+#include <ku/record_capture.h>
 #include <scene_view/world_3d_view.h>
 
 #include "camera.h"
@@ -31,13 +31,6 @@ using VX::NextGenView::Robot;
 using VX::NextGenView::World;
 
 namespace {
-
-struct CapturedRecords {
-  CapturedRecords() : id(ku::log::addSink([this](const ku::log::Record& r) { records.push_back(r); })) {}
-  ~CapturedRecords() { ku::log::removeSink(id); }
-  std::vector<ku::log::Record> records;
-  ku::log::SinkId id;
-};
 
 // A shown 3D view whose widget is `width` pixels wide.
 class ShownView : public ::testing::Test {
@@ -244,13 +237,13 @@ TEST_F(ShownView, UnderThirtySixPixelsKeepsTheOldCaptionAndLogs) {
   show(testing_support::worldWithBundledRobot(), 30);
   say("Hi");
   ASSERT_EQ(caption(), "Hi");
-  CapturedRecords captured;
+  ku::log::RecordCapture captured;
   EXPECT_NO_THROW(say(words(100)));
   EXPECT_EQ(caption(), "Hi");
-  ASSERT_EQ(captured.records.size(), 1u);
-  EXPECT_EQ(captured.records[0].level, 2);
-  EXPECT_EQ(captured.records[0].category, "rdr.widget");
-  EXPECT_EQ(captured.records[0].function, "updateView");
+  ASSERT_EQ(captured.records().size(), 1u);
+  EXPECT_EQ(captured.records()[0].level, 2);
+  EXPECT_EQ(captured.records()[0].category, "rdr.widget");
+  EXPECT_EQ(captured.records()[0].function, "updateView");
 }
 
 TEST_F(ShownView, InvalidUtf8KeepsTheCaption) {

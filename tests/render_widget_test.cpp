@@ -13,7 +13,7 @@
 #include <OgreFrameListener.h>
 #include <OgreRoot.h>
 
-#include <ku/log.h>
+#include <ku/record_capture.h>
 #include <scene_view/object_3d_view.h>
 #include <scene_view/world_3d_view.h>
 #include <world_model/forward_kinematic_engine.h>
@@ -44,13 +44,6 @@ struct FrameCounter : Ogre::FrameListener {
   }
   int ended = 0;
   int started = 0;
-};
-
-struct CapturedRecords {
-  CapturedRecords() : id(ku::log::addSink([this](const ku::log::Record& r) { records.push_back(r); })) {}
-  ~CapturedRecords() { ku::log::removeSink(id); }
-  std::vector<ku::log::Record> records;
-  ku::log::SinkId id;
 };
 
 // How many pixels of a picture differ from its first pixel.
@@ -105,7 +98,7 @@ TEST(RenderWidget, CharacterSizeConstants) {
 }
 
 TEST(RenderWidget, CreateWithoutEngineRootReturnsNullAndKeepsTheChild) {
-  CapturedRecords captured;
+  ku::log::RecordCapture captured;
   QWidget parent;
   RenderWidget* widget =
       RenderWidget::create(&parent, testing_support::worldWithBundledRobot(), "/no/such/configuration", "", false);
@@ -298,16 +291,15 @@ TEST(RenderWidget, OgreErrorWhileBuildingTheWindowIsLoggedAndLeavesItUninitialis
   QTemporaryDir folder;
   WidgetWindow window(testing_support::worldWithBundledRobot(), false, configurationWithoutFont(folder));
   ASSERT_NE(window.widget, nullptr);
-  CapturedRecords captured;
+  ku::log::RecordCapture captured;
   QSignalSpy ready(window.widget, &RenderWidget::renderWindowReady);
   EXPECT_FALSE(window.show());
   EXPECT_FALSE(window.widget->m_initialized);
   EXPECT_EQ(ready.count(), 0);
   EXPECT_NE(window.widget->renderWindow(), nullptr) << "the failure came after the window was made";
 
-  const auto record = std::find_if(captured.records.begin(), captured.records.end(),
-                                   [](const ku::log::Record& r) { return r.function == "initRenderWindow"; });
-  ASSERT_NE(record, captured.records.end());
+  const std::optional<ku::log::Record> record = captured.firstFrom("initRenderWindow");
+  ASSERT_TRUE(record);
   EXPECT_EQ(record->level, 2);
   EXPECT_EQ(record->category, "rdr.widget");
   EXPECT_EQ(record->file, "");
@@ -319,19 +311,18 @@ TEST(RenderWidget, OgreErrorWhileBuildingTheWindowIsLoggedAndLeavesItUninitialis
   // Events stay unconnected and later calls return at once.
   QTest::mousePress(window.widget, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
   EXPECT_EQ(RenderWidgetTestAccess::state(*window.widget), RenderWidget::NoState);
-  const std::size_t records = captured.records.size();
+  const std::size_t records = captured.records().size();
   window.widget->initRenderWindow();
-  EXPECT_EQ(captured.records.size(), records);
+  EXPECT_EQ(captured.records().size(), records);
   window.widget->updateView();
 }
 
 TEST(RenderWidget, MissingSceneViewRecordText) {
-  CapturedRecords captured;
+  ku::log::RecordCapture captured;
   QWidget parent;
   RenderWidget::create(&parent, testing_support::worldWithBundledRobot(), "/no/such/configuration", "", false);
-  const auto record = std::find_if(captured.records.begin(), captured.records.end(),
-                                   [](const ku::log::Record& r) { return r.function == "initWorldView"; });
-  ASSERT_NE(record, captured.records.end());
+  const std::optional<ku::log::Record> record = captured.firstFrom("initWorldView");
+  ASSERT_TRUE(record);
   EXPECT_EQ(record->text, "Failed to create world view ! \n");
   EXPECT_EQ(record->level, 2);
   EXPECT_EQ(record->category, "rdr.widget");

@@ -15,14 +15,14 @@
 
 #include <ku/path.h>
 
-#include "log_capture.h"
+#include <ku/record_capture.h>
 #include "render_engine/ogre_engine.h"
 #include "temporary_folder.h"
 
 namespace VX::NextGenView {
 namespace {
 
-using testing::LogCapture;
+using LogCapture = ku::log::RecordCapture;
 using testing::TemporaryFolder;
 
 TEST(EngineMedia, FontAndSkyResolveOnceResourcesAreInitialised) {

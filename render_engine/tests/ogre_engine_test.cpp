@@ -13,7 +13,7 @@
 
 #include <ku/path.h>
 
-#include "log_capture.h"
+#include <ku/record_capture.h>
 #include "render_engine/ogre_engine.h"
 #include "temporary_folder.h"
 
@@ -21,7 +21,7 @@ namespace VX::NextGenView {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::LogCapture;
+using LogCapture = ku::log::RecordCapture;
 using testing::TemporaryFolder;
 
 const char* const a_goodConfig =

@@ -17,13 +17,13 @@
 #include <world_model/robot.h>
 #include <world_model/world.h>
 
-#include "log_capture.h"
+#include <ku/record_capture.h>
 #include "temporary_folder.h"
 
 namespace VX::NextGenView {
 namespace {
 
-using testing::LogCapture;
+using LogCapture = ku::log::RecordCapture;
 
 TEST(World3DView, MergesEveryVisualOfALinkIntoOneEntity) {
   testing::TemporaryFolder folder;

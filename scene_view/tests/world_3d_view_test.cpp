@@ -16,7 +16,7 @@
 #include <world_model/actuator.h>
 #include <world_model/joint_controller.h>
 
-#include "log_capture.h"
+#include <ku/record_capture.h>
 #include "ogre_conversions.h"
 #include "scene_fixture.h"
 #include "scene_view/query_flags.h"
@@ -24,7 +24,7 @@
 namespace VX::NextGenView {
 namespace {
 
-using testing::LogCapture;
+using LogCapture = ku::log::RecordCapture;
 using testing::SceneFixture;
 
 std::vector<std::string> materialsOf(const Ogre::Entity* entity) {

@@ -138,7 +138,7 @@ TEST(SetActuatorCommands, AppliesKnownNamesAndLogsUnknownOnes) {
   EXPECT_FLOAT_EQ(robot->actuator("slow")->command(), 0.5f);
   EXPECT_FLOAT_EQ(robot->actuator("spin")->command(), 3.0f);
   EXPECT_EQ(captured.count(3, "NoSuchMotor"), 1);
-  EXPECT_EQ(captured.records.size(), 1u);
+  EXPECT_EQ(captured.records().size(), 1u);
 }
 
 TEST(SetActuatorCommands, EveryRobotWithTheNameGetsTheCommand) {

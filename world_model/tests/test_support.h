@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <ku/log.h>
+#include <ku/record_capture.h>
 #include <world_model/robot.h>
 
 namespace VX::NextGenView::test {
@@ -21,29 +22,12 @@ inline boost::shared_ptr<Robot> loadRobot(const std::string& name) {
   return result.robot;
 }
 
-// Captures every log record while alive.
-class CapturedRecords {
+// Captures every log record while alive; counts the world model's records.
+class CapturedRecords : public ku::log::RecordCapture {
  public:
-  CapturedRecords() : m_id(ku::log::addSink([this](const ku::log::Record& r) { records.push_back(r); })) {}
-  ~CapturedRecords() { ku::log::removeSink(m_id); }
-  CapturedRecords(const CapturedRecords&) = delete;
-  CapturedRecords& operator=(const CapturedRecords&) = delete;
-
-  // Records of the world model at that level whose text contains the fragment.
   int count(int level, const std::string& fragment) const {
-    int found = 0;
-    for (const ku::log::Record& record : records) {
-      if (record.level == level && record.category == "world.model" && record.text.find(fragment) != std::string::npos) {
-        ++found;
-      }
-    }
-    return found;
+    return ku::log::RecordCapture::count(level, "world.model", fragment);
   }
-
-  std::vector<ku::log::Record> records;
-
- private:
-  ku::log::SinkId m_id;
 };
 
 inline Eigen::Vector3f translationOf(const boost::shared_ptr<Link>& link) {
