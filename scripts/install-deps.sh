@@ -19,6 +19,15 @@ packages=(
   xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core
 )
 
+# Optional groups for the reliability tools: `install-deps.sh fuzz valgrind`.
+for group in "$@"; do
+  case "$group" in
+    fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+    valgrind) packages+=(valgrind) ;;
+    *) echo "install-deps: unknown group $group" >&2; exit 2 ;;
+  esac
+done
+
 missing=()
 for package in "${packages[@]}"; do
   if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then

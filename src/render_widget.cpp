@@ -1,5 +1,7 @@
 #include "render_widget.h"
 
+#include <algorithm>
+
 #include <QMouseEvent>
 #include <QResizeEvent>
 #include <QTimer>
@@ -94,6 +96,12 @@ RenderWidget::~RenderWidget() {
   // before the render engine, which tears OGRE down.
 }
 
+// X cannot make a window of zero pixels, and OGRE then trips over the one it
+// failed to make: the render window is never smaller than one pixel.
+unsigned int RenderWidget::windowPixels(int widgetPixels) const {
+  return std::max(1u, static_cast<unsigned int>(widgetPixels * devicePixelRatioF()));
+}
+
 std::string RenderWidget::windowHandle(unsigned long display, unsigned int screen, unsigned long window) {
   return Ogre::StringConverter::toString(static_cast<size_t>(display)) + ":" +
          Ogre::StringConverter::toString(screen) + ":" +
@@ -121,9 +129,7 @@ void RenderWidget::initRenderWindow() {
 
     Ogre::Root* root = m_worldView->getOgreRoot();
     root->initialise(false, "OGRE Render Window");
-    const qreal ratio = devicePixelRatioF();
-    m_renderWindow = root->createRenderWindow("View", static_cast<unsigned int>(width() * ratio),
-                                              static_cast<unsigned int>(height() * ratio), false, &parameters);
+    m_renderWindow = root->createRenderWindow("View", windowPixels(width()), windowPixels(height()), false, &parameters);
 
     initRenderingSettings();
     // Scripts are parsed only now that a window exists, so the materials
@@ -191,9 +197,7 @@ void RenderWidget::resizeEvent(QResizeEvent* event) {
   // OGRE talks to X on a connection of its own: let Qt's resize reach the
   // server first.
   XSync(QX11Info::display(), False);
-  const qreal ratio = devicePixelRatioF();
-  m_renderWindow->resize(static_cast<unsigned int>(event->size().width() * ratio),
-                         static_cast<unsigned int>(event->size().height() * ratio));
+  m_renderWindow->resize(windowPixels(event->size().width()), windowPixels(event->size().height()));
   m_renderWindow->windowMovedOrResized();
   if (m_camera) {
     m_camera->ogreCamera()->setAspectRatio(static_cast<float>(event->size().width()) /

@@ -136,6 +136,7 @@ class RenderWidget : public RenderWidgetInterface {
   void displayText();
   void timerMotorCommand();
   void setState(int state);
+  unsigned int windowPixels(int widgetPixels) const;
 
   boost::shared_ptr<Selection> m_selection;
   boost::shared_ptr<OgreEngine> m_renderEngine;
