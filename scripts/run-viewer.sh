@@ -11,8 +11,8 @@ bash "$root/scripts/build.sh"
 
 viewer="$BUILD_DIR/bin/render_widget_viewer"
 if [ ! -x "$viewer" ]; then
-  echo "run-viewer: the project is built; the viewer application is not part of it yet."
-  exit 0
+  echo "run-viewer: the build left no $viewer" >&2
+  exit 1
 fi
 if [ -n "${DISPLAY:-}" ] && xdpyinfo >/dev/null 2>&1; then
   exec "$viewer" "$@"

@@ -358,8 +358,14 @@ void RenderWidget::saveScreenshot(const QString& fileName, bool backgroundHidden
     scene->setSkyBox(false, "sky", 5.0f, true, orientation, group);
     m_renderWindow->update(false);
   }
-  // OGRE picks the format from the extension and throws on an unknown one.
-  m_renderWindow->writeContentsToFile(fileName.toUtf8().toStdString());
+  try {
+    // OGRE picks the format from the extension and throws on an unknown one.
+    m_renderWindow->writeContentsToFile(fileName.toUtf8().toStdString());
+  } catch (...) {
+    // The sky comes back; the caller still gets the exception.
+    if (backgroundHidden) scene->setSkyBox(true, "sky", 5.0f, true, orientation, group);
+    throw;
+  }
   if (backgroundHidden) scene->setSkyBox(true, "sky", 5.0f, true, orientation, group);
 }
 

@@ -130,6 +130,24 @@ TEST(BadInput, HugeRobotLoadsAndRenders) {
   EXPECT_TRUE(window.widget->worldView()->getOgreSceneManager()->hasEntity("l400"));
 }
 
+TEST(BadInput, FailedScreenshotsKeepTheSky) {
+  WidgetWindow window;
+  ASSERT_TRUE(window.show());
+  window.widget->updateView();
+  QTemporaryDir folder;
+  Ogre::SceneManager* scene = window.widget->worldView()->getOgreSceneManager();
+  EXPECT_THROW(window.widget->saveScreenshot(folder.filePath("shot.nosuchformat"), true), Ogre::Exception);
+  EXPECT_TRUE(scene->isSkyBoxEnabled()) << "the sky comes back after a failed background-hidden shot";
+  // An unwritable path fails silently inside OGRE's image codec: no file, no
+  // exception. Hosts check for the file (the viewer does).
+  EXPECT_NO_THROW(window.widget->saveScreenshot("/proc/no/such/folder/shot.png", true));
+  EXPECT_FALSE(QFile::exists("/proc/no/such/folder/shot.png"));
+  EXPECT_TRUE(scene->isSkyBoxEnabled());
+  window.widget->updateView();
+  window.widget->saveScreenshot(folder.filePath("after.png"), false);
+  EXPECT_FALSE(QImage(folder.filePath("after.png")).isNull()) << "the view works on";
+}
+
 // Runs inside a child process started without an X display (see below).
 TEST(BadInputChild, ThreeDViewWithoutDisplay) {
   if (qEnvironmentVariableIsEmpty("RENDER_WIDGET_NO_DISPLAY_CHILD")) GTEST_SKIP() << "runs as a child process only";

@@ -27,6 +27,11 @@ std::string withSlash(std::string folder) {
   return folder;
 }
 
+std::string withoutSlash(std::string folder) {
+  while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+  return folder;
+}
+
 // Empty or relative values are invalid per the XDG conventions and fall back.
 std::string xdgFolder(const char* variable, const std::string& fallback) {
   const std::string value = environment(variable);
@@ -66,6 +71,13 @@ std::string findConf(const std::string& applicationName, const std::string& file
     if (fs::exists(candidate, error)) return candidate.string();
   }
   return std::string();
+}
+
+std::string dataFolder() {
+  const fs::path build = fs::path(KU_BUILD_DATA_DIR).lexically_normal();
+  std::error_code error;
+  if (runningFromBuildFolder() && fs::is_directory(build, error)) return withoutSlash(build.string());
+  return withoutSlash(fs::path(KU_INSTALLED_DATA_DIR).lexically_normal().string());
 }
 
 std::string userWritableDataPath(const std::string& applicationName, const std::string& fileName) {

@@ -109,4 +109,23 @@ TEST_F(XdgFolders, UserWritableDataPathDefaultsToLocalShare) {
   EXPECT_TRUE(fs::is_directory(fakeHome / ".local/share/app"));
 }
 
+// This test program runs from the build folder, where configuring the
+// project already staged data (the engine configuration).
+TEST(DataFolder, IsTheStagedFolderWhenRunningFromTheBuildFolder) {
+  ASSERT_TRUE(fs::is_directory(KU_TEST_BUILD_DATA_DIR));
+  EXPECT_EQ(ku::path::dataFolder(), fs::path(KU_TEST_BUILD_DATA_DIR).lexically_normal().string());
+}
+
+TEST(DataFolder, EndsInTheProjectFolderWithoutSlash) {
+  const std::string folder = ku::path::dataFolder();
+  ASSERT_FALSE(folder.empty());
+  EXPECT_NE(folder.back(), '/');
+  EXPECT_EQ(fs::path(folder).filename(), "render_widget");
+}
+
+TEST(DataFolder, HoldsTheBundledData) {
+  // What hosts look up below it, e.g. the 2D view's pictures under media/.
+  EXPECT_TRUE(fs::exists(fs::path(ku::path::dataFolder()) / "config"));
+}
+
 }  // namespace

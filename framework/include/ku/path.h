@@ -20,6 +20,12 @@ std::string findConf(const std::string& applicationName, const std::string& file
 // The folders findConf searches, in order, each ending in "/".
 std::vector<std::string> configSearchFolders();
 
+// The project's read-only data folder (configuration, media, robots), without
+// a trailing "/": <build>/share/render_widget when the running program lies in
+// this project's build folder and that folder exists, otherwise the installed
+// <datadir>/render_widget (which need not exist).
+std::string dataFolder();
+
 // $XDG_DATA_HOME/<application>/<file> (default ~/.local/share), creating the
 // application's folder. The file itself is not created.
 std::string userWritableDataPath(const std::string& applicationName, const std::string& fileName);

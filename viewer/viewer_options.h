@@ -1,0 +1,31 @@
+#pragma once
+// What the viewer's command line asks for.
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+class ViewerOptions {
+ public:
+  enum class Outcome { Run, Exit, Error };
+
+  static const QSize a_defaultSize;
+  // The camera's viewpoints, as its menu names them.
+  static const QStringList a_viewpoints;
+
+  // Reads the arguments (the program name first, as QCoreApplication::arguments()
+  // gives them). Exit: help or version was printed. Error: `message` says why.
+  static Outcome parse(const QStringList& arguments, ViewerOptions* options, QString* message);
+
+  QString urdfFile;              // empty: the bundled robot
+  bool force2D = false;          // --2d
+  bool force3D = false;          // --3d
+  QString screenshotFile;        // --screenshot: render, save the view, exit
+  QString windowScreenshotFile;  // --window-screenshot: the same with the whole window
+  QString viewpoint;             // --viewpoint, one of a_viewpoints; empty keeps the camera's
+  QSize size = a_defaultSize;    // --size: the view's size when rendering headless
+  QString sentence;              // --say: what the robot says at start
+
+  // Headless runs save pictures and exit; nothing waits for the user.
+  bool headless() const { return !screenshotFile.isEmpty() || !windowScreenshotFile.isEmpty(); }
+};
