@@ -350,7 +350,9 @@ void RenderWidget::textVisible(bool isVisible) { m_textVisible = isVisible; }
 void RenderWidget::displayInfo(bool isInfoDisplayed) { m_infoDisplayed = isInfoDisplayed; }
 
 void RenderWidget::saveScreenshot(const QString& fileName, bool backgroundHidden) {
-  if (!m_renderWindow) return;
+  // A view of no height shows nothing, and its camera has no valid frustum
+  // for OGRE to render with.
+  if (!m_renderWindow || width() <= 0 || height() <= 0) return;
   Ogre::SceneManager* scene = m_worldView->getOgreSceneManager();
   const Ogre::Quaternion orientation = computeSkyQuaternion();
   const Ogre::String& group = Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME;

@@ -35,6 +35,12 @@ void Selection::onMousePressEvent(QMouseEvent* event, QWidget* sender) {
   }
 }
 
+// A view of no area has no pixel to cast a ray through, and its camera no
+// valid frustum (OGRE aborts when it is asked for one).
+bool Selection::hasArea(const QWidget* widget) {
+  return widget->width() > 0 && widget->height() > 0;
+}
+
 Ogre::Ray Selection::rayThrough(int x, int y, QWidget* widget) const {
   const float sx = x * (1.0f / widget->width());
   const float sy = y * (1.0f / widget->height());
@@ -42,6 +48,7 @@ Ogre::Ray Selection::rayThrough(int x, int y, QWidget* widget) const {
 }
 
 bool Selection::pick(int x, int y, QWidget* widget, std::string& name) {
+  if (!hasArea(widget)) return false;
   const Ogre::Ray ray = rayThrough(x, y, widget);
 
   // Bounds are current only after a frame; a click may come before one.
@@ -167,6 +174,7 @@ void Selection::getMeshInformation(Ogre::MeshPtr mesh, unsigned int& vertexCount
 
 bool Selection::moveAngle(float& angle, int x, int y, QWidget* widget, const Ogre::Plane& plane,
                           const Ogre::Vector3& axis, const Ogre::Vector3& center) {
+  if (!hasArea(widget)) return false;
   const Ogre::Ray ray = rayThrough(x, y, widget);
   const Ogre::Vector3 radial = *pickPoint - center;
   const float radius = radial.length();

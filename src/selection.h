@@ -61,6 +61,7 @@ class Selection : public QObject {
   void onMousePressEvent(QMouseEvent* event, QWidget* sender);
 
  private:
+  static bool hasArea(const QWidget* widget);
   Ogre::Ray rayThrough(int x, int y, QWidget* widget) const;
 };
 

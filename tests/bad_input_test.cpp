@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QProcess>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -23,6 +24,7 @@
 #include <scene_view/world_3d_view.h>
 
 #include "camera.h"
+#include "selection.h"
 #include "world_view_container.h"
 #include "support/widget_window.h"
 
@@ -41,6 +43,15 @@ TEST(BadInput, WidgetOfHeightZeroStillBuildsAndRecoversWhenItGrows) {
   const float ratio = window.widget->camera()->ogreCamera()->getAspectRatio();
   EXPECT_TRUE(std::isinf(ratio) || std::isnan(ratio)) << "the division is not guarded";
   window.widget->updateView();  // draws nothing visible, and does not fail
+  // Nothing to pick and nothing to save in a view of no height.
+  QSignalSpy picks(VX::NextGenView::RenderWidgetTestAccess::selection(*window.widget).get(),
+                   &VX::NextGenView::Selection::objectSelected);
+  QTest::mouseClick(window.widget, Qt::LeftButton, Qt::NoModifier, QPoint(5, 0));
+  ASSERT_EQ(picks.count(), 1);
+  EXPECT_TRUE(picks.at(0).at(0).toString().isNull()) << "a click there picks nothing";
+  QTemporaryDir empty;
+  window.widget->saveScreenshot(empty.filePath("flat.png"), true);
+  EXPECT_FALSE(QFile::exists(empty.filePath("flat.png")));
 
   window.widget->setFixedHeight(300);
   QTest::qWait(100);

@@ -184,7 +184,7 @@ TEST(Monkey, RandomInputFromAFixedSeed) {
   std::printf("monkey: %d inputs in %.1f s; resident memory %ld kB after %d inputs, %ld kB at the end\n", inputs,
               clock.elapsed() / 1000.0, baseline, inputs / 10, final);
   // Flat: growth past the first tenth stays small (each pick keeps its small query object on purpose).
-  EXPECT_LT(final - baseline, 40 * 1024) << "resident memory grew from " << baseline << " kB to " << final << " kB";
+  EXPECT_LT(final - baseline, 16 * 1024) << "resident memory grew from " << baseline << " kB to " << final << " kB";
 }
 
 }  // namespace

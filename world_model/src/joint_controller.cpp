@@ -1,6 +1,7 @@
 #include "world_model/joint_controller.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "world_model/actuator.h"
@@ -33,7 +34,9 @@ void JointController::setMirror(const boost::shared_ptr<JointController>& twin, 
 }
 
 void JointController::addRelativeCommand(float angle) {
-  if (!m_actuator) return;
+  // A drag that cannot tell its direction gives a not-a-number angle: the
+  // target keeps where it was rather than poisoning the scene.
+  if (!m_actuator || !std::isfinite(angle)) return;
   if (!m_hasCommand) {
     m_commandTarget = m_actuator->m_value;
     m_hasCommand = true;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include <world_model/actuator.h>
 #include <world_model/joint_controller.h>
 #include <world_model/robot.h>
@@ -84,6 +86,16 @@ TEST_F(JointControllerTest, TargetStaysWithinTheLimits) {
   const boost::shared_ptr<JointController> wheel = m_robot->jointControllers()[1];
   wheel->addRelativeCommand(50.0f);
   EXPECT_FLOAT_EQ(wheel->commandTarget(), 50.0f);
+}
+
+TEST_F(JointControllerTest, NotANumberAngleLeavesTheTarget) {
+  m_turn->addRelativeCommand(0.25f);
+  m_turn->addRelativeCommand(std::numeric_limits<float>::quiet_NaN());
+  m_turn->addRelativeCommand(std::numeric_limits<float>::infinity());
+  EXPECT_FLOAT_EQ(m_turn->commandTarget(), 0.25f);
+  const boost::shared_ptr<JointController> wheel = m_robot->jointControllers()[1];
+  wheel->addRelativeCommand(std::numeric_limits<float>::quiet_NaN());
+  EXPECT_FALSE(wheel->hasCommand());
 }
 
 TEST(JointControllerAlone, WorksWithoutARobot) {
