@@ -15,11 +15,12 @@ cmake -S "$root" -B "$build_dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_C
   || { cat "$build_dir.configure.log"; exit 1; }
 cmake --build "$build_dir" --parallel "${JOBS:-2}" --target fuzz_urdf_loader fuzz_sentence_fitting
 
-# The URDF seeds: the bundled robot and the loader's test descriptions.
+# The URDF seeds: the bundled robot, the loader's test descriptions and past findings.
 work="$build_dir/corpus"
 mkdir -p "$work/urdf" "$work/sentence" "$build_dir/findings"
 cp "$root"/media/robots/zel/zel.urdf "$work/urdf/"
 find "$root/world_model/tests/data" -name '*.urdf' -exec cp {} "$work/urdf/" \;
+cp "$root"/fuzz/corpus/urdf/* "$work/urdf/"  # inputs that once failed
 cp "$root"/fuzz/corpus/sentence/* "$work/sentence/"
 
 run() {

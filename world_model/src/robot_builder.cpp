@@ -1,5 +1,7 @@
 #include "robot_builder.h"
 
+#include <cmath>
+
 #include <functional>
 #include <new>
 
@@ -70,6 +72,13 @@ std::vector<const UrdfJointOutline*> RobotBuilder::jointsFromRoot() const {
   return ordered;
 }
 
+// Numbers that overflow single precision (or say "nan") would put a link at
+// infinity; such descriptions are refused.
+static bool isFinite(const Visual& visual) {
+  return visual.origin.isometry().matrix().allFinite() && visual.boxSize.allFinite() &&
+         std::isfinite(visual.radius) && std::isfinite(visual.length) && visual.meshScale.allFinite();
+}
+
 // Root first, then each joint's child in the order of the joints.
 std::string RobotBuilder::addLinks() {
   std::vector<std::string> names{m_outline.rootLink};
@@ -78,6 +87,9 @@ std::string RobotBuilder::addLinks() {
     const urdf::LinkConstSharedPtr source = m_model.getLink(name);
     if (!source) return "the URDF parser has no link \"" + name + "\"";
     boost::shared_ptr<Link> link(new Link(name, convertVisuals(*source, m_outline.materialColors, m_baseFolder)));
+    for (const Visual& visual : link->visuals()) {
+      if (!isFinite(visual)) return "the link \"" + name + "\" has a visual whose origin or size is not a finite number";
+    }
     m_linksByName[name] = link;
     m_robot->m_links.push_back(link);
   }
@@ -100,17 +112,22 @@ std::string RobotBuilder::addJoint(const UrdfJointOutline& source) {
   model.parent = m_linksByName.at(source.parent);
   model.child = m_linksByName.at(source.child);
   model.origin = transformFromUrdf(joint->parent_to_joint_origin_transform);
+  const std::string where = "line " + std::to_string(source.line) + ": the joint \"" + source.name + "\" ";
+  if (!model.origin.isometry().matrix().allFinite()) return where + "has an origin that is not a finite number";
 
   const bool continuous = joint->type == urdf::Joint::CONTINUOUS;
   if (continuous || joint->type == urdf::Joint::REVOLUTE) {
     const Eigen::Vector3f axis = vectorFromUrdf(joint->axis);
-    if (axis.norm() < 1e-6f) {
-      return "line " + std::to_string(source.line) + ": the joint \"" + source.name + "\" has a zero axis";
-    }
+    if (!axis.allFinite()) return where + "has an axis that is not a finite number";
+    if (axis.norm() < 1e-6f) return where + "has a zero axis";
     model.axis = axis.normalized();
     const float lower = joint->limits ? static_cast<float>(joint->limits->lower) : 0.0f;
     const float upper = joint->limits ? static_cast<float>(joint->limits->upper) : 0.0f;
     const float velocity = joint->limits ? static_cast<float>(joint->limits->velocity) : 0.0f;
+    if (!continuous && !(std::isfinite(lower) && std::isfinite(upper))) {
+      return where + "has limits that are not finite numbers";
+    }
+    if (!continuous && lower > upper) return where + "has a lower limit above its upper limit";
     if (!(velocity > 0.0f)) {
       ku::log::LogStream(ku::log::Verbose, "build", "world.model", __FILE__, __LINE__)
           << "The joint " << source.name << " gives no velocity; it moves at " << Actuator::a_defaultMaxVelocity

@@ -99,5 +99,31 @@ TEST(UrdfErrors, SmallestValidRobotLoads) {
   EXPECT_EQ(result.robot->link("TorsoLink"), result.robot->rootLink());
 }
 
+// A two-link robot whose joint or visual carries the given text.
+std::string twoLinks(const std::string& origin, const std::string& axis, const std::string& limit,
+                     const std::string& visual = "<box size='0.1 0.1 0.1'/>") {
+  return "<robot name='r'><link name='a'><visual><geometry>" + visual +
+         "</geometry></visual></link><link name='b'/>"
+         "<joint name='j' type='revolute'><parent link='a'/><child link='b'/><origin xyz='" + origin +
+         "'/><axis xyz='" + axis + "'/><limit " + limit + " effort='1' velocity='1'/></joint></robot>";
+}
+
+void expectRefused(const std::string& urdf, const std::string& fragment) {
+  const RobotLoadResult result = Robot::loadFromUrdfString(urdf);
+  EXPECT_FALSE(result.robot);
+  EXPECT_NE(result.error.find(fragment), std::string::npos) << result.error;
+}
+
+TEST(UrdfErrors, NumbersBeyondSinglePrecisionAreRefused) {
+  const std::string limits = "lower='-1' upper='1'";
+  ASSERT_TRUE(Robot::loadFromUrdfString(twoLinks("0 0 0.3", "0 1 0", limits)).robot);
+  expectRefused(twoLinks("0 0 4e45", "0 1 0", limits), "the joint \"j\" has an origin that is not a finite number");
+  expectRefused(twoLinks("0 0 0.3", "0 1e40 0", limits), "the joint \"j\" has an axis that is not a finite number");
+  expectRefused(twoLinks("0 0 0.3", "0 1 0", "lower='-1e40' upper='1'"), "limits that are not finite numbers");
+  expectRefused(twoLinks("0 0 0.3", "0 1 0", "lower='1' upper='-1'"), "a lower limit above its upper limit");
+  expectRefused(twoLinks("0 0 0.3", "0 1 0", limits, "<box size='0.1 1e39 0.1'/>"),
+                "the link \"a\" has a visual whose origin or size is not a finite number");
+}
+
 }  // namespace
 }  // namespace VX::NextGenView
