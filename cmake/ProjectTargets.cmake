@@ -48,3 +48,28 @@ function(renderwidget_test name)
     DISCOVERY_TIMEOUT 60 DISCOVERY_MODE PRE_TEST
     PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 300)
 endfunction()
+
+# Data files that programs find at run time: copied at build time into the
+# build tree's data folder (so programs run from the build folder find them)
+# and installed to the same place under the installed data folder.
+#   renderwidget_stage_data(<target> SOURCE <folder> DESTINATION <sub folder> [PATTERN <glob>])
+function(renderwidget_stage_data target)
+  cmake_parse_arguments(ARG "" "SOURCE;DESTINATION;PATTERN" "" ${ARGN})
+  if(NOT ARG_PATTERN)
+    set(ARG_PATTERN "*")
+  endif()
+  file(GLOB_RECURSE files RELATIVE "${ARG_SOURCE}" CONFIGURE_DEPENDS "${ARG_SOURCE}/${ARG_PATTERN}")
+  set(outputs "")
+  foreach(file IN LISTS files)
+    set(staged "${RENDERWIDGET_BUILD_DATA_DIR}/${ARG_DESTINATION}/${file}")
+    add_custom_command(OUTPUT "${staged}"
+      COMMAND ${CMAKE_COMMAND} -E copy "${ARG_SOURCE}/${file}" "${staged}"
+      DEPENDS "${ARG_SOURCE}/${file}"
+      COMMENT "Staging ${ARG_DESTINATION}/${file}")
+    list(APPEND outputs "${staged}")
+  endforeach()
+  add_custom_target(${target} ALL DEPENDS ${outputs})
+  install(DIRECTORY "${ARG_SOURCE}/"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/${RENDERWIDGET_DATA_SUBDIR}/${ARG_DESTINATION}"
+    FILES_MATCHING PATTERN "${ARG_PATTERN}")
+endfunction()
