@@ -119,7 +119,6 @@ void RenderWidget::initWorldView() {
 
 void RenderWidget::initRenderWindow() {
   if (m_renderWindow || !m_worldView) return;
-  parentWidget();
 
   try {
     Ogre::NameValuePairList parameters;
