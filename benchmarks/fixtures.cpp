@@ -19,6 +19,7 @@
 #include <OgreViewport.h>
 
 #include <ku/path.h>
+#include <render_engine/directional_light.h>
 #include <render_engine/ogre_engine.h>
 #include <scene_view/link_3d_view.h>
 #include <scene_view/world_3d_view.h>
@@ -32,6 +33,7 @@
 #include "render_widget.h"
 #include "selection.h"
 
+using VX::NextGenView::addDirectionalLight;
 using VX::NextGenView::OgreEngine;
 using VX::NextGenView::RenderWidget;
 using VX::NextGenView::World;
@@ -47,13 +49,7 @@ void useWidgetLook(Ogre::SceneManager* scene) {
   scene->setAmbientLight(Ogre::ColourValue(0.5f, 0.5f, 0.5f, 1.0f));
   scene->setShadowTechnique(Ogre::SHADOWTYPE_NONE);
   for (const Ogre::Vector3& direction : {Ogre::Vector3(-1, 0, -0.75f), Ogre::Vector3(1, 0, -0.75f)}) {
-    Ogre::Light* light = scene->createLight();
-    light->setType(Ogre::Light::LT_DIRECTIONAL);
-    light->setDiffuseColour(Ogre::ColourValue(0.5f, 0.5f, 0.5f, 1.0f));
-    light->setSpecularColour(Ogre::ColourValue(1, 1, 1, 1));
-    Ogre::SceneNode* node = scene->getRootSceneNode()->createChildSceneNode();
-    node->setDirection(direction, Ogre::Node::TS_PARENT);
-    node->attachObject(light);
+    addDirectionalLight(scene, "", direction, Ogre::ColourValue(0.5f, 0.5f, 0.5f, 1.0f), Ogre::ColourValue(1, 1, 1, 1));
   }
   scene->setFog(Ogre::FOG_LINEAR, Ogre::ColourValue(1, 1, 1, 1), 0.1f, 2000, 10000);
   scene->setSkyBox(true, "sky", 5.0f, true, RenderWidget::computeSkyQuaternion(),

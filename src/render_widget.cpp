@@ -23,6 +23,7 @@
 
 #include <ku/log.h>
 #include <mk/math/transform.h>
+#include <render_engine/directional_light.h>
 #include <render_engine/ogre_engine.h>
 #include <scene_view/joint_controller_3d_view.h>
 #include <scene_view/link_3d_view.h>
@@ -256,18 +257,10 @@ void RenderWidget::initLights() {
   scene->setAmbientLight(Ogre::ColourValue(0.5f, 0.5f, 0.5f, 1.0f));
   scene->setShadowTechnique(Ogre::SHADOWTYPE_NONE);
 
-  // OGRE 1.12 takes a light's direction from its scene node.
-  auto createLight = [scene](const char* name, const Ogre::Vector3& direction) {
-    Ogre::Light* light = scene->createLight(name);
-    light->setType(Ogre::Light::LT_DIRECTIONAL);
-    light->setDiffuseColour(Ogre::ColourValue(0.5f, 0.5f, 0.5f, 1.0f));
-    light->setSpecularColour(Ogre::ColourValue(1, 1, 1, 1));
-    Ogre::SceneNode* node = scene->getRootSceneNode()->createChildSceneNode();
-    node->setDirection(direction, Ogre::Node::TS_PARENT);
-    node->attachObject(light);
-  };
-  createLight("Light", Ogre::Vector3(-1, 0, -0.75f));
-  createLight("Light2", Ogre::Vector3(1, 0, -0.75f));
+  const Ogre::ColourValue diffuse(0.5f, 0.5f, 0.5f, 1.0f);
+  const Ogre::ColourValue specular(1, 1, 1, 1);
+  addDirectionalLight(scene, "Light", Ogre::Vector3(-1, 0, -0.75f), diffuse, specular);
+  addDirectionalLight(scene, "Light2", Ogre::Vector3(1, 0, -0.75f), diffuse, specular);
 
   // The fog starts far beyond the camera's far clip: it never shows.
   scene->setFog(Ogre::FOG_LINEAR, Ogre::ColourValue(1, 1, 1, 1), 0.1f, 2000, 10000);

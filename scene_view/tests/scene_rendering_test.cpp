@@ -13,6 +13,7 @@
 #include <OgreLight.h>
 #include <OgreSceneNode.h>
 #include <OgreViewport.h>
+#include <render_engine/directional_light.h>
 
 #include "scene_fixture.h"
 
@@ -21,22 +22,16 @@ namespace {
 
 using SceneRendering = testing::SceneFixture;
 
-void addDirectionalLight(Ogre::SceneManager* sceneManager, const Ogre::Vector3& direction) {
-  Ogre::Light* light = sceneManager->createLight();
-  light->setType(Ogre::Light::LT_DIRECTIONAL);
-  light->setDiffuseColour(0.8f, 0.8f, 0.8f);
-  light->setSpecularColour(0.3f, 0.3f, 0.3f);
-  Ogre::SceneNode* node = sceneManager->getRootSceneNode()->createChildSceneNode();
-  node->setDirection(direction.normalisedCopy(), Ogre::Node::TS_WORLD);
-  node->attachObject(light);
+void addLight(Ogre::SceneManager* sceneManager, const Ogre::Vector3& direction) {
+  addDirectionalLight(sceneManager, "", direction, Ogre::ColourValue(0.8f, 0.8f, 0.8f), Ogre::ColourValue(0.3f, 0.3f, 0.3f));
 }
 
 TEST_F(SceneRendering, WritesALitColouredPictureOfTheRobotUnderTheSky) {
   openWindow(640, 480);
   Ogre::SceneManager* scene = sceneManager();
   scene->setAmbientLight(Ogre::ColourValue(0.5f, 0.5f, 0.5f));
-  addDirectionalLight(scene, Ogre::Vector3(-1.0f, 0.0f, -0.75f));
-  addDirectionalLight(scene, Ogre::Vector3(1.0f, 0.0f, -0.75f));
+  addLight(scene, Ogre::Vector3(-1.0f, 0.0f, -0.75f));
+  addLight(scene, Ogre::Vector3(1.0f, 0.0f, -0.75f));
   // The sky box is authored Y-up; a quarter turn about +X brings it to Z-up.
   scene->setSkyBox(true, "sky", 50.0f, true, Ogre::Quaternion(Ogre::Degree(90), Ogre::Vector3::UNIT_X));
 

@@ -14,6 +14,7 @@
 #include <OgreViewport.h>
 
 #include <ku/path.h>
+#include <render_engine/directional_light.h>
 #include <render_engine/ogre_engine.h>
 #include <scene_view/joint_controller_3d_view.h>
 #include <scene_view/link_3d_view.h>
@@ -85,13 +86,7 @@ void PictureRenderer::addLights() {
   Ogre::SceneManager* scene = m_engine->sceneManager();
   scene->setAmbientLight(Ogre::ColourValue(0.5f, 0.5f, 0.5f));
   for (const Ogre::Vector3& direction : {Ogre::Vector3(-1, 0, -0.75f), Ogre::Vector3(1, 0, -0.75f)}) {
-    Ogre::Light* light = scene->createLight();
-    light->setType(Ogre::Light::LT_DIRECTIONAL);
-    light->setDiffuseColour(0.5f, 0.5f, 0.5f);
-    light->setSpecularColour(1.0f, 1.0f, 1.0f);
-    Ogre::SceneNode* node = scene->getRootSceneNode()->createChildSceneNode();
-    node->setDirection(direction.normalisedCopy(), Ogre::Node::TS_WORLD);
-    node->attachObject(light);
+    addDirectionalLight(scene, "", direction, Ogre::ColourValue(0.5f, 0.5f, 0.5f), Ogre::ColourValue(1, 1, 1));
   }
 }
 
