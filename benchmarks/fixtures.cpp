@@ -81,12 +81,24 @@ void releaseFixture() {
 std::string engineConfiguration() { return ku::path::findConf("balterconix", "ogre"); }
 std::string engineLog() { return ku::path::userWritableDataPath("balterconix", "ogre.log"); }
 
-boost::shared_ptr<World> worldWithBundledRobot() {
+std::string bundledRobotFile() { return std::string(RENDERWIDGET_BUILD_DATA_DIR) + "/robots/zel/zel.urdf"; }
+
+std::string humanoidFile() {
+  const QByteArray chosen = qgetenv("RENDERWIDGET_BENCH_HUMANOID");
+  return chosen.isEmpty() ? std::string(RENDERWIDGET_BENCH_HUMANOID) : chosen.toStdString();
+}
+
+boost::shared_ptr<World> worldWithRobot(const std::string& urdfFile) {
+  const auto loaded = VX::NextGenView::Robot::loadFromUrdfFile(urdfFile);
+  if (!loaded.robot) return boost::shared_ptr<World>();
   auto world = boost::make_shared<World>();
-  const auto loaded =
-      VX::NextGenView::Robot::loadFromUrdfFile(std::string(RENDERWIDGET_BUILD_DATA_DIR) + "/robots/zel/zel.urdf");
-  if (loaded.robot) world->addRobot(loaded.robot);
+  world->addRobot(loaded.robot);
   return world;
+}
+
+boost::shared_ptr<World> worldWithBundledRobot() {
+  auto world = worldWithRobot(bundledRobotFile());
+  return world ? world : boost::make_shared<World>();
 }
 
 std::string glDeviceName() {

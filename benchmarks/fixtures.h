@@ -52,6 +52,12 @@ T& fixture(const std::string& key, Args... args) {
 std::string engineConfiguration();
 std::string engineLog();
 boost::shared_ptr<VX::NextGenView::World> worldWithBundledRobot();
+// A world holding the robot of `urdfFile`; empty when it does not load.
+boost::shared_ptr<VX::NextGenView::World> worldWithRobot(const std::string& urdfFile);
+std::string bundledRobotFile();
+// The shared benchmark humanoid: $RENDERWIDGET_BENCH_HUMANOID, else the path
+// the build was configured with.
+std::string humanoidFile();
 // OGRE's name for the OpenGL device (llvmpipe under Xvfb), from a tiny window.
 std::string glDeviceName();
 

@@ -97,6 +97,7 @@ int main(int argc, char** argv) {
   // copy 30 MB each) that would absorb any growth before it showed as RSS.
   bench::registerMemoryBenchmarks(settings);
   bench::registerFrameBenchmarks(settings);
+  bench::registerPacedBenchmarks(settings);
   bench::registerPickBenchmarks(settings);
   bench::registerDragBenchmarks(settings);
   bench::registerStartupBenchmarks(settings);

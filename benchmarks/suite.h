@@ -1,9 +1,18 @@
 #pragma once
 // How every benchmark of the suite is registered and repeated.
 
+#include <string>
+
 #include <benchmark/benchmark.h>
 
 namespace bench {
+
+// A render area, labelled as the cases name it ("800x600").
+struct Size {
+  int width;
+  int height;
+  std::string label() const { return std::to_string(width) + "x" + std::to_string(height); }
+};
 
 struct Settings {
   bool quick = false;  // --quick: two repetitions of one iteration, for the smoke test
@@ -22,5 +31,6 @@ void registerPickBenchmarks(const Settings& settings);
 void registerDragBenchmarks(const Settings& settings);
 void registerStartupBenchmarks(const Settings& settings);
 void registerMemoryBenchmarks(const Settings& settings);
+void registerPacedBenchmarks(const Settings& settings);
 
 }  // namespace bench

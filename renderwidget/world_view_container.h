@@ -41,6 +41,21 @@ class WorldViewContainer : public QWidget {
   NextGenView::RenderWidgetInterface* view() const { return m_view; }
   QMenu* menu() const { return m_menu; }
   QTimer* refreshTimer() const { return m_refreshTimer; }
+  // The 3D view frames the whole world (see RenderWidget::frameWorld);
+  // false in the 2D view or when there is nothing to frame yet.
+  bool frameWorld();
+
+  // Passed to the 3D view; the 2D view ignores them. Each link's collision
+  // geometry instead of its visuals (off by default); all joint rings shown
+  // or hidden (shown by default).
+  void setCollisionGeometryShown(bool shown);
+  void setJointRingsShown(bool shown);
+
+  // Render on change for the 3D view, off by default: the refresh timer still
+  // updates the view on every tick, which then renders only when its picture
+  // would change. The 2D view ignores it. A plain method, not a slot.
+  void setRenderOnDemand(bool on);
+  bool renderOnDemand() const;
 
  signals:
   void chainSelected(const QString& chainName);

@@ -6,7 +6,9 @@ set -euo pipefail
 
 packages=(
   # toolchain
-  cmake g++ pkg-config
+  cmake g++ pkg-config ccache
+  # the Debian package: dpkg-shlibdeps finds its dependencies
+  dpkg-dev
   # Qt 5
   qtbase5-dev libqt5x11extras5-dev
   # OGRE 1.12 and its image codec

@@ -1,5 +1,8 @@
 #include "camera.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <QAction>
 #include <QKeyEvent>
 #include <QMenu>
@@ -9,6 +12,8 @@
 #include <OgreCamera.h>
 #include <OgreMath.h>
 #include <OgreSceneNode.h>
+
+#include <ku/log.h>
 
 namespace VX::NextGenView {
 namespace {
@@ -171,14 +176,35 @@ void Camera::update() {
 void Camera::resetPosition() {
   m_azimuthNode->resetOrientation();
   m_elevationNode->resetOrientation();
-  m_position = Ogre::Vector3(1, 0, 0);
+  m_position = Ogre::Vector3(m_homeDistance, 0, 0);
   m_orientation = homeOrientation();
 }
 
 void Camera::updateTargetPosition(const MK::Math::Position3D& position, const float& angle) {
-  m_targetNode->setPosition(position.x, position.y, position.z);
-  m_targetNode->setOrientation(Ogre::Quaternion(Ogre::Radian(angle), Ogre::Vector3::UNIT_Z));
+  // A number that is not finite would reach OGRE's node and trip its assertions.
+  if (!std::isfinite(position.x) || !std::isfinite(position.y) || !std::isfinite(position.z) ||
+      !std::isfinite(angle)) {
+    ku::log::LogStream(ku::log::Error, "updateTargetPosition", "rdr.widget", "", 0)
+        << "The camera keeps its target: position (" << position.x << ", " << position.y << ", " << position.z
+        << ") and heading " << angle << " are not all finite" << std::endl;
+    return;
+  }
+  const Ogre::Quaternion heading(Ogre::Radian(angle), Ogre::Vector3::UNIT_Z);
+  m_targetNode->setPosition(Ogre::Vector3(position.x, position.y, position.z) + heading * m_targetOffset);
+  m_targetNode->setOrientation(heading);
   updateOrientation();
+}
+
+void Camera::setHomeDistance(float distance) {
+  if (!std::isfinite(distance) || distance <= 0.0f) return;
+  m_homeDistance = distance;
+  // The far side of a framed robot lies within about twice the home distance;
+  // the default distance keeps the default clip.
+  m_camera->setFarClipDistance(a_farClipDistance * std::max(1.0f, distance));
+}
+
+void Camera::setTargetOffset(const Ogre::Vector3& offset) {
+  if (std::isfinite(offset.x) && std::isfinite(offset.y) && std::isfinite(offset.z)) m_targetOffset = offset;
 }
 
 void Camera::createActions() {

@@ -46,8 +46,22 @@ class Camera : public QObject {
   // Both orbit nodes back to identity and the camera to its home pose,
   // without applying it to the OGRE camera and without emitting moved().
   void resetPosition();
-  // Places the target node at the followed point, turned by `angle` about +Z.
+  // Places the target node at the followed point, turned by `angle` about +Z
+  // (plus the target offset, in that turned frame).
+  // Numbers that are not finite are refused with an error record ("rdr.widget").
   void updateTargetPosition(const MK::Math::Position3D& position, const float& angle);
+
+  // How far out the home pose stands from the target: 1 unless a host frames
+  // its robot. The viewpoints and resetPosition use it; the far clip grows
+  // with it (never below a_farClipDistance). Only finite positive distances
+  // are taken; the pose changes at the next viewpoint.
+  void setHomeDistance(float distance);
+  float homeDistance() const { return m_homeDistance; }
+  // Where the camera orbits, from the followed point, in the followed
+  // robot's turned frame: zero unless a host frames its robot (a robot whose
+  // root is at its feet is then orbited about its middle).
+  void setTargetOffset(const Ogre::Vector3& offset);
+  const Ogre::Vector3& targetOffset() const { return m_targetOffset; }
 
   // The chain's nodes, for callers that need world poses.
   Ogre::SceneNode* targetNode() const { return m_targetNode; }
@@ -104,6 +118,8 @@ class Camera : public QObject {
   int m_pressY;
   Ogre::Vector3 m_position;
   Ogre::Quaternion m_orientation;
+  float m_homeDistance = 1.0f;
+  Ogre::Vector3 m_targetOffset = Ogre::Vector3::ZERO;
 };
 
 }  // namespace VX::NextGenView

@@ -32,9 +32,11 @@
 #include <world_model/world.h>
 
 #include "camera.h"
+#include "frame_change_watch.h"
 #include "physic_thread.h"
 #include "selection.h"
 #include "sentence_fitting.h"
+#include "view_framing.h"
 
 // Xlib comes last: its macros clash with OGRE and Qt names.
 #include <X11/Xlib.h>
@@ -74,7 +76,8 @@ RenderWidget::RenderWidget(QWidget* parent, boost::shared_ptr<World> world, cons
       m_selectControllers(use3DController),
       m_state(NoState),
       m_previousState(NoState),
-      m_motorCommandTimer(nullptr) {
+      m_motorCommandTimer(nullptr),
+      m_changeWatch(new FrameChangeWatch()) {
   m_renderEngine.reset(new OgreEngine(confPath, logPath));
 
   setAttribute(Qt::WA_OpaquePaintEvent, true);
@@ -107,6 +110,14 @@ std::string RenderWidget::windowHandle(unsigned long display, unsigned int scree
   return Ogre::StringConverter::toString(static_cast<size_t>(display)) + ":" +
          Ogre::StringConverter::toString(screen) + ":" +
          Ogre::StringConverter::toString(static_cast<size_t>(window));
+}
+
+void RenderWidget::setCollisionGeometryShown(bool shown) {
+  if (m_worldView) m_worldView->setCollisionGeometryShown(shown);
+}
+
+void RenderWidget::setJointRingsShown(bool shown) {
+  if (m_worldView) m_worldView->setJointControllersShown(shown);
 }
 
 void RenderWidget::initWorldView() {
@@ -319,7 +330,18 @@ void RenderWidget::updateView() {
 
   m_worldView->update();
   displayText();
+  if (m_renderOnDemand) {
+    // The record follows every tick, so it matches what the screen shows.
+    const bool pictureChanged = m_changeWatch->changed(*m_worldView->getOgreSceneManager(), *m_renderWindow);
+    // The info overlay's statistics change with every frame they count.
+    if (!pictureChanged && !m_infoDisplayed) return;
+  }
   repaint();
+}
+
+void RenderWidget::setRenderOnDemand(bool on) {
+  m_renderOnDemand = on;
+  m_changeWatch->forget();  // the first frame after the switch is drawn
 }
 
 void RenderWidget::displayText() {
@@ -351,6 +373,9 @@ void RenderWidget::saveScreenshot(const QString& fileName, bool backgroundHidden
   if (backgroundHidden) {
     scene->setSkyBox(false, "sky", 5.0f, true, orientation, group);
     m_renderWindow->update(false);
+  } else if (m_renderOnDemand) {
+    // Frames are drawn only on change: draw the present state for the file.
+    m_renderWindow->update(false);
   }
   try {
     // OGRE picks the format from the extension and throws on an unknown one.
@@ -364,6 +389,31 @@ void RenderWidget::saveScreenshot(const QString& fileName, bool backgroundHidden
 }
 
 boost::shared_ptr<Camera> RenderWidget::camera() const { return m_camera; }
+
+bool RenderWidget::frameWorld() {
+  if (!m_camera || !m_worldView || !m_renderWindow) return false;
+  updateView();  // entities built, the target on the followed torso
+  // The box is measured in the target's frame without its offset: the
+  // followed point, turned by the followed robot's heading.
+  const Ogre::SceneNode* target = m_camera->targetNode();
+  const Ogre::Quaternion heading = target->getOrientation();
+  const Ogre::Vector3 followed = target->getPosition() - heading * m_camera->targetOffset();
+  Ogre::Affine3 toTarget;
+  toTarget.makeInverseTransform(followed, Ogre::Vector3::UNIT_SCALE, heading);
+  ViewFraming framing;
+  const Ogre::Camera* ogreCamera = m_camera->ogreCamera();
+  if (!ViewFraming::fit(m_worldView->boundingBox(toTarget), ogreCamera->getFOVy(), ogreCamera->getAspectRatio(),
+                        ogreCamera->getNearClipDistance(), &framing)) {
+    return false;
+  }
+  m_camera->setHomeDistance(framing.homeDistance);
+  m_camera->setTargetOffset(framing.targetOffset);
+  // The offset moves the target at the next follow; the front viewpoint
+  // (a private slot of the camera's menu) then emits moved(), which redraws.
+  updateView();
+  QMetaObject::invokeMethod(m_camera.get(), "onViewportFront");
+  return true;
+}
 
 // ---- Selection ---------------------------------------------------------------
 

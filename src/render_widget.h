@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include <QList>
@@ -27,6 +28,7 @@ class TextAreaOverlayElement;
 namespace VX::NextGenView {
 
 class Camera;
+class FrameChangeWatch;
 class Object3DView;
 class OgreEngine;
 class PhysicThread;
@@ -81,6 +83,22 @@ class RenderWidget : public RenderWidgetInterface {
   Ogre::RenderWindow* renderWindow() const { return m_renderWindow; }
 
   void setUse3DController(bool use);
+
+  // Scene-view switches, passed to the world view: each link's collision
+  // geometry instead of its visuals (off by default); all joint rings shown
+  // or hidden and out of picking (shown by default).
+  void setCollisionGeometryShown(bool shown);
+  void setJointRingsShown(bool shown);
+  // Sets the camera's home distance and target offset so that every link of
+  // the world is in view, with a margin, from each viewpoint, then goes to
+  // the front viewpoint. Does nothing before the scene is shown or while no
+  // link has geometry; returns whether it framed.
+  bool frameWorld();
+  // Render on change, off by default: when on, updateView() still runs the
+  // whole frame update but renders only when the picture would change (or
+  // while the info overlay is shown); screenshots always render first.
+  void setRenderOnDemand(bool on);
+  bool renderOnDemand() const { return m_renderOnDemand; }
 
  signals:
   // Declared as signals, these override QWidget's event handlers, so every
@@ -162,6 +180,8 @@ class RenderWidget : public RenderWidgetInterface {
   QTimer* m_motorCommandTimer;
   QMutex m_motorCommandsMutex;
   QMap<QString, float> m_motorCommands;
+  bool m_renderOnDemand = false;
+  std::unique_ptr<FrameChangeWatch> m_changeWatch;
 };
 
 }  // namespace VX::NextGenView

@@ -110,13 +110,15 @@ void RenderWidget2d::updateView() {
 
 void RenderWidget2d::mousePressEvent(QMouseEvent* event) {
   if (m_bitmapAreas.isEmpty()) return;
-  const QPoint picturePoint(qRound((event->x() - m_label->x()) * m_scale),
-                            qRound((event->y() - m_label->y()) * m_scale));
-  if (const boost::shared_ptr<BitmapArea> area = BitmapArea::areaAt(m_bitmapAreas, picturePoint)) {
+  if (const boost::shared_ptr<BitmapArea> area = BitmapArea::areaAt(m_bitmapAreas, picturePoint(event->pos()))) {
     setSelection(area->image, area->chainName);
   } else {
     setSelection(pictureName(""), QString());
   }
+}
+
+QPoint RenderWidget2d::picturePoint(const QPoint& widgetPoint) const {
+  return QPoint(qRound((widgetPoint.x() - m_label->x()) * m_scale), qRound((widgetPoint.y() - m_label->y()) * m_scale));
 }
 
 void RenderWidget2d::setSelection(const QString& image, const QString& chainName) {

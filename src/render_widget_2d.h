@@ -41,6 +41,8 @@ class RenderWidget2d : public RenderWidgetInterface {
   const QList<boost::shared_ptr<BitmapArea>>& bitmapAreas() const { return m_bitmapAreas; }
   QLabel* label() const { return m_label; }
   float scale() const { return m_scale; }
+  // The unscaled picture's pixel under a point of the widget.
+  QPoint picturePoint(const QPoint& widgetPoint) const;
   const QString& currentImage() const { return m_currentImage; }
 
  public slots:

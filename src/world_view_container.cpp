@@ -112,6 +112,28 @@ void WorldViewContainer::saveScreenshot(const QString& fileName, bool background
   if (RenderWidget* view = dynamic_cast<RenderWidget*>(m_view)) view->saveScreenshot(fileName, backgroundHidden);
 }
 
+void WorldViewContainer::setCollisionGeometryShown(bool shown) {
+  if (RenderWidget* view = dynamic_cast<RenderWidget*>(m_view)) view->setCollisionGeometryShown(shown);
+}
+
+void WorldViewContainer::setJointRingsShown(bool shown) {
+  if (RenderWidget* view = dynamic_cast<RenderWidget*>(m_view)) view->setJointRingsShown(shown);
+}
+
+bool WorldViewContainer::frameWorld() {
+  RenderWidget* view = dynamic_cast<RenderWidget*>(m_view);
+  return view && view->frameWorld();
+}
+
+void WorldViewContainer::setRenderOnDemand(bool on) {
+  if (RenderWidget* view = dynamic_cast<RenderWidget*>(m_view)) view->setRenderOnDemand(on);
+}
+
+bool WorldViewContainer::renderOnDemand() const {
+  const RenderWidget* view = dynamic_cast<const RenderWidget*>(m_view);
+  return view && view->renderOnDemand();
+}
+
 void WorldViewContainer::showCameraMenu(QMouseEvent* evt) { m_menu->exec(evt->globalPos()); }
 
 }  // namespace VX

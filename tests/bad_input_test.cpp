@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 
 #include <cmath>
+#include <limits>
 
 #include <OgreCamera.h>
 #include <OgreException.h>
@@ -22,6 +23,11 @@
 #include <ku/record_capture.h>
 
 #include <scene_view/world_3d_view.h>
+#include <world_model/actuator.h>
+#include <world_model/forward_kinematic_engine.h>
+#include <world_model/joint_controller.h>
+#include <world_model/link.h>
+#include <world_model/robot.h>
 
 #include "camera.h"
 #include "selection.h"
@@ -119,6 +125,72 @@ TEST(BadInput, RobotWithoutTorsoLinkIsFollowedByItsRoot) {
   EXPECT_NEAR(target.x, 1.0f, 1e-5);
   EXPECT_NEAR(target.y, 2.0f, 1e-5);
   EXPECT_NEAR(target.z, 0.5f, 1e-5);
+}
+
+// Every scene node's own pose and scale, from the root down, is finite.
+int nodesNotFinite(const Ogre::Node* node) {
+  int bad = 0;
+  const Ogre::Quaternion q = node->getOrientation();
+  if (node->getPosition().isNaN() || q.isNaN() || node->getScale().isNaN() ||
+      !std::isfinite(node->getPosition().squaredLength()) || !std::isfinite(q.Norm())) {
+    ++bad;
+  }
+  for (const Ogre::Node* child : node->getChildren()) bad += nodesNotFinite(child);
+  return bad;
+}
+
+TEST(BadInput, HostNumbersThatAreNotFiniteNeverReachTheScene) {
+  WidgetWindow window;
+  ASSERT_TRUE(window.show());
+  auto robot = *window.world->robots().begin();
+  auto engine = window.world->forwardKinematicEngine();
+  // Rings with a command show their marker, which reads the actuator's position.
+  for (const auto& controller : robot->jointControllers()) controller->addRelativeCommand(0.1f);
+  engine->run(40);
+  window.widget->updateView();
+  Ogre::SceneManager* scene = window.widget->worldView()->getOgreSceneManager();
+  Ogre::SceneNode* target = window.widget->camera()->targetNode();
+  const Ogre::Vector3 followed = target->getPosition();
+  std::vector<std::string> names;
+  for (const auto& actuator : robot->actuators()) names.push_back(actuator->name());
+
+  for (const float bad : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                          -std::numeric_limits<float>::infinity()}) {
+    SCOPED_TRACE(bad);
+    ku::log::RecordCapture captured;
+    robot->setHeading(bad);
+    robot->setBasePosition({bad, 0.0f, 0.0f});
+    EXPECT_EQ(window.world->setActuatorCommands(names, std::vector<float>(names.size(), bad)), 0);
+    robot->actuators().front()->setValue(bad);
+    // A host that writes the public position field directly, then draws before the next step.
+    for (const auto& actuator : robot->actuators()) actuator->m_value = bad;
+    window.widget->updateView();
+    EXPECT_EQ(nodesNotFinite(scene->getRootSceneNode()), 0);
+    engine->run(40);
+    window.widget->updateView();
+    EXPECT_EQ(nodesNotFinite(scene->getRootSceneNode()), 0);
+    // A torso pose that is not finite, written past the world model: the camera refuses it.
+    robot->link("TorsoLink")->setGlobalTransform(MK::Math::Transform::fromPosition({bad, 1.0f, 1.0f}));
+    window.widget->updateView();
+    EXPECT_EQ(nodesNotFinite(scene->getRootSceneNode()), 0);
+    EXPECT_TRUE(target->getPosition().positionEquals(followed, 1e-4f));
+
+    EXPECT_EQ(captured.count(2, "world.model", "refuses the heading"), 1);
+    EXPECT_EQ(captured.count(2, "world.model", "refuses the base position"), 1);
+    EXPECT_EQ(captured.count(2, "world.model", "it is refused"), static_cast<int>(names.size()));
+    EXPECT_EQ(captured.count(2, "world.model", "refuses the position"), 1);
+    EXPECT_EQ(captured.count(2, "world.model", "written into it"), static_cast<int>(names.size()));
+    EXPECT_GE(captured.count(2, "rdr.widget", "are not all finite"), 1);
+    engine->run(40);  // the torso back where the kinematics put it
+  }
+  // The robot is still drawn where it was.
+  window.widget->updateView();
+  QTemporaryDir folder;
+  window.widget->saveScreenshot(folder.filePath("after.png"));
+  const QImage after(folder.filePath("after.png"));
+  ASSERT_FALSE(after.isNull());
+  EXPECT_NE(after.pixel(after.width() / 2, after.height() / 2), after.pixel(1, 1)) << "the robot is drawn";
+  EXPECT_TRUE(target->getPosition().positionEquals(followed, 1e-4f));
 }
 
 TEST(BadInput, HugeRobotLoadsAndRenders) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 #include <QAction>
 #include <QKeyEvent>
 #include <QMenu>
@@ -16,6 +19,8 @@
 #include <OgreRoot.h>
 #include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
+
+#include <ku/record_capture.h>
 
 #include "support/meta_object_table.h"
 
@@ -238,8 +243,16 @@ TEST_F(CameraRig, ElevationGoesOverTheTop) {
 TEST_F(CameraRig, PendingStepsWrapIntoTwoPi) {
   press(Qt::RightButton, 0, 0);
   move(Qt::RightButton, 500, 0);  // 10 radians wrap to 10 - 2π
-  const Ogre::Quaternion expected(Ogre::Radian(-(10.0f - Ogre::Math::TWO_PI)), Ogre::Vector3::UNIT_Z);
-  EXPECT_TRUE(m_camera->azimuthNode()->getOrientation().equals(expected, Ogre::Radian(1e-4f)));
+  // A turn by -10 rad and one by -(10 - 2π) are the same rotation but not the
+  // same quaternion: half of 2π flips the sign of every component. The node's
+  // raw components tell which step was applied.
+  const float wrappedHalf = -(10.0f - Ogre::Math::TWO_PI) / 2.0f;
+  const Ogre::Quaternion q = m_camera->azimuthNode()->getOrientation();
+  EXPECT_NEAR(q.w, std::cos(wrappedHalf), 1e-5f);
+  EXPECT_NEAR(q.z, std::sin(wrappedHalf), 1e-5f);
+  EXPECT_LT(q.w, 0.0f) << "an unwrapped step of -10 rad gives w = cos(-5) > 0";
+  EXPECT_NEAR(q.x, 0.0f, 1e-6f);
+  EXPECT_NEAR(q.y, 0.0f, 1e-6f);
 }
 
 TEST_F(CameraRig, ResetPositionAloneLeavesTheViewUnchanged) {
@@ -308,6 +321,26 @@ TEST_F(CameraRig, UpdateTargetPositionDoesNotAnnounceAMove) {
   expectNear(m_target->getPosition(), Ogre::Vector3(1, 1, 1));
 }
 
+TEST_F(CameraRig, TargetNumbersThatAreNotFiniteAreRefused) {
+  m_camera->updateTargetPosition(MK::Math::Position3D{1, 2, 3}, 0.5f);
+  const Ogre::Quaternion turned = m_target->getOrientation();
+  const float bad[] = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                       -std::numeric_limits<float>::infinity()};
+  for (const float value : bad) {
+    for (int slot = 0; slot < 4; ++slot) {
+      MK::Math::Position3D position{4, 5, 6};
+      float angle = 1.0f;
+      (slot == 0 ? position.x : slot == 1 ? position.y : slot == 2 ? position.z : angle) = value;
+      ku::log::RecordCapture captured;
+      m_camera->updateTargetPosition(position, angle);
+      EXPECT_EQ(captured.count(2, "rdr.widget", "are not all finite"), 1) << value << " in slot " << slot;
+      expectNear(m_target->getPosition(), Ogre::Vector3(1, 2, 3));
+      EXPECT_EQ(m_target->getOrientation(), turned);
+    }
+  }
+  EXPECT_FALSE(m_ogreCamera->getDerivedPosition().isNaN());
+}
+
 TEST_F(CameraRig, MenuHasSixPlainActionsInOrder) {
   QMenu* menu = m_camera->cameraMenu();
   ASSERT_NE(menu, nullptr);
@@ -331,6 +364,61 @@ TEST_F(CameraRig, MenuActionsMoveTheCamera) {
   expectNear(positionFromTarget(), Ogre::Vector3(0, 0, 1));
   m_camera->cameraMenu()->actions().at(5)->trigger();
   expectNear(positionFromTarget(), Ogre::Vector3(-1, 0, 0));
+}
+
+TEST_F(CameraRig, DefaultHomeDistanceIsTheDocumentedPose) {
+  EXPECT_EQ(m_camera->homeDistance(), 1.0f);
+  EXPECT_EQ(m_camera->targetOffset(), Ogre::Vector3::ZERO);
+  viewpoint("onViewportTop");
+  m_camera->resetPosition();
+  EXPECT_EQ(m_camera->position(), Ogre::Vector3(1, 0, 0)) << "exactly, not nearly";
+  EXPECT_EQ(m_ogreCamera->getFarClipDistance(), 10.0f);
+  m_camera->updateTargetPosition(MK::Math::Position3D{0.25f, -0.5f, 0.75f}, 0.3f);
+  EXPECT_EQ(m_target->getPosition(), Ogre::Vector3(0.25f, -0.5f, 0.75f)) << "no offset by default";
+}
+
+TEST_F(CameraRig, ViewpointsStandAtTheHomeDistance) {
+  m_camera->setHomeDistance(2.5f);
+  EXPECT_FLOAT_EQ(m_ogreCamera->getFarClipDistance(), 25.0f) << "the far clip grows with the distance";
+  // The pose changes at the next viewpoint.
+  expectNear(m_camera->position(), Ogre::Vector3(1, 0, 0));
+  const struct {
+    const char* slot;
+    Ogre::Vector3 position;
+  } viewpoints[] = {
+      {"onViewportFront", {2.5f, 0, 0}},  {"onViewportBack", {-2.5f, 0, 0}}, {"onViewportRight", {0, -2.5f, 0}},
+      {"onViewportLeft", {0, 2.5f, 0}},   {"onViewportTop", {0, 0, 2.5f}},   {"onViewportBottom", {0, 0, -2.5f}},
+  };
+  for (const auto& viewpoint : viewpoints) {
+    SCOPED_TRACE(viewpoint.slot);
+    this->viewpoint(viewpoint.slot);
+    expectNear(positionFromTarget(), viewpoint.position);
+    expectNear(m_ogreCamera->getDerivedDirection(), -viewpoint.position / 2.5f);
+  }
+  m_camera->resetPosition();
+  expectNear(m_camera->position(), Ogre::Vector3(2.5f, 0, 0));
+
+  m_camera->setHomeDistance(0.1f);
+  EXPECT_FLOAT_EQ(m_ogreCamera->getFarClipDistance(), 10.0f) << "never below the documented far clip";
+  viewpoint("onViewportLeft");
+  expectNear(positionFromTarget(), Ogre::Vector3(0, 0.1f, 0));
+  for (float bad : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+    m_camera->setHomeDistance(bad);
+    EXPECT_FLOAT_EQ(m_camera->homeDistance(), 0.1f) << bad;
+  }
+}
+
+TEST_F(CameraRig, TargetOffsetTurnsWithTheFollowedHeading) {
+  m_camera->setTargetOffset(Ogre::Vector3(0, 0, 0.4f));
+  m_camera->updateTargetPosition(MK::Math::Position3D{1, 2, 0}, 0.0f);
+  expectNear(m_target->getPosition(), Ogre::Vector3(1, 2, 0.4f));
+  m_camera->setTargetOffset(Ogre::Vector3(0.5f, 0, 0));
+  m_camera->updateTargetPosition(MK::Math::Position3D{1, 2, 0}, Ogre::Math::HALF_PI);
+  // The offset is in the robot's turned frame.
+  expectNear(m_target->getPosition(), Ogre::Vector3(1, 2.5f, 0));
+  m_camera->setTargetOffset(Ogre::Vector3(std::numeric_limits<float>::infinity(), 0, 0));
+  // Non-finite offsets are refused.
+  expectNear(m_camera->targetOffset(), Ogre::Vector3(0.5f, 0, 0));
 }
 
 }  // namespace

@@ -75,17 +75,29 @@ TEST(PhysicThread, StepsOnTheGuiThreadEvery40ms) {
 
 TEST(PhysicThread, DestroyedAfterQuitAndWaitWithoutWarning) {
   auto world = testing_support::worldWithBundledRobot();
-  auto* thread = new PhysicThread(world->forwardKinematicEngine(), nullptr);
-  QTimer* timer = thread->timer();
+  // The engine's deleter holds a token: the token is let go only when the
+  // last weak reference (the thread's) releases the engine's control block.
+  auto token = std::make_shared<int>(0);
+  boost::shared_ptr<ForwardKinematicEngine> engine(world->forwardKinematicEngine().get(),
+                                                   [token, owner = world->forwardKinematicEngine()](auto*) {});
+  auto* thread = new PhysicThread(engine, nullptr);
+  engine.reset();
+  QPointer<QTimer> timer = thread->timer();
   thread->init();
+  ASSERT_TRUE(thread->isRunning());
   g_messages.clear();
   const QtMessageHandler previous = qInstallMessageHandler(captureMessages);
   thread->quit();
   thread->wait();
+  EXPECT_TRUE(thread->isFinished());
+  EXPECT_EQ(token.use_count(), 2) << "the thread still holds its weak reference";
   delete thread;
   qInstallMessageHandler(previous);
   EXPECT_TRUE(g_messages.isEmpty()) << g_messages.join("; ").toStdString();
-  delete timer;
+  EXPECT_EQ(token.use_count(), 1) << "the destructor releases the engine";
+  ASSERT_FALSE(timer.isNull()) << "the destructor does not delete the timer";
+  EXPECT_TRUE(timer->isActive()) << "nor stop it";
+  delete timer.data();
 }
 
 TEST(PhysicThread, TimerSurvivesTheThreadObjectAndReachesNoReceiver) {

@@ -187,6 +187,9 @@ TEST_F(ShownView, PictureScalesWithItsAspectKept) {
 
 TEST_F(ShownView, ClickMapsIntoPicturePixels) {
   QSignalSpy chains(m_view.get(), &RenderWidget2d::chainSelected);
+  EXPECT_EQ(m_view->picturePoint(QPoint(100, 100)), QPoint(250, 250));
+  EXPECT_EQ(m_view->picturePoint(QPoint(97, 301)), QPoint(243, 753)) << "242.5 and 752.5 round up";
+  EXPECT_EQ(m_view->picturePoint(QPoint(0, 0)), QPoint(0, 0));
   click(100, 100);  // picture point (250, 250): inside RArm's rectangle
   ASSERT_EQ(chains.count(), 1);
   EXPECT_EQ(chains.at(0).at(0).toString(), "RArm");
@@ -222,6 +225,15 @@ TEST_F(ShownView, PointsOnAnEdgeCountAsInside) {
   click(206, 92);
   ASSERT_EQ(chains.count(), 1);
   EXPECT_EQ(chains.at(0).at(0).toString(), "Head");
+  // Widget x 97 is picture x 242.5, rounded to 243: RLeg's left edge; 96 is 240, outside.
+  click(96, 300);
+  ASSERT_EQ(chains.count(), 2) << "outside every area: the head gives way to the whole robot";
+  EXPECT_EQ(chains.at(1).at(0).toString(), QString());
+  EXPECT_EQ(m_view->currentImage(), "/media/images/ogre/zel.png");
+  ASSERT_EQ(m_view->bitmapAreas().at(3)->rect.left(), 243);
+  click(97, 300);
+  ASSERT_EQ(chains.count(), 3);
+  EXPECT_EQ(chains.at(2).at(0).toString(), "RLeg") << "a click on the left edge is inside";
   EXPECT_TRUE(m_view->bitmapAreas().first()->rect.contains(QPoint(517, 232)));
   EXPECT_TRUE(m_view->bitmapAreas().first()->rect.contains(QPoint(306, 54)));
   EXPECT_FALSE(m_view->bitmapAreas().first()->rect.contains(QPoint(518, 232)));

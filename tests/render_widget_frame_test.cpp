@@ -4,14 +4,20 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include <QImage>
 #include <QTemporaryDir>
 
 #include <OgreCamera.h>
 #include <OgreLight.h>
+#include <OgreManualObject.h>
+#include <OgreMaterialManager.h>
 #include <OgreRenderWindow.h>
 #include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
+#include <OgreTextureManager.h>
 #include <OgreViewport.h>
 #include <Overlay/OgreFontManager.h>
 #include <Overlay/OgreOverlay.h>
@@ -22,6 +28,7 @@
 #include <scene_view/world_3d_view.h>
 
 #include "camera.h"
+#include "support/section_positions.h"
 #include "support/widget_window.h"
 
 using testing_support::WidgetWindow;
@@ -93,7 +100,42 @@ TEST_F(ShownView, LightsFogAndSky) {
   EXPECT_EQ(scene->getFogColour(), Ogre::ColourValue(1, 1, 1, 1));
   EXPECT_FLOAT_EQ(scene->getFogStart(), 2000.0f);
   EXPECT_FLOAT_EQ(scene->getFogEnd(), 10000.0f);
+  EXPECT_FLOAT_EQ(scene->getFogDensity(), 0.1f);
   EXPECT_TRUE(scene->isSkyBoxEnabled());
+}
+
+// The sky box's corners: all on the cube of half-side 5 (its distance); its
+// front face (-Z when authored Y-up) is turned to +Y by the quarter turn.
+TEST_F(ShownView, SkyBoxDistanceAndOrientation) {
+  show();
+  Ogre::SceneManager* scene = widget()->worldView()->getOgreSceneManager();
+  EXPECT_FLOAT_EQ(scene->getSkyBoxGenParameters().skyBoxDistance, 5.0f);
+  Ogre::SceneNode* node = scene->getSkyBoxNode();
+  ASSERT_NE(node, nullptr);
+  ASSERT_EQ(node->numAttachedObjects(), 1u);
+  auto* box = dynamic_cast<Ogre::ManualObject*>(node->getAttachedObject(0));
+  ASSERT_NE(box, nullptr);
+  ASSERT_EQ(box->getSections().size(), 1u);
+  const std::vector<Ogre::Vector3> corners = testing_support::sectionPositions(*box->getSections().front());
+  ASSERT_EQ(corners.size(), 24u) << "six faces of four corners, the front face first";
+  for (const Ogre::Vector3& corner : corners) {
+    EXPECT_NEAR(std::max({std::fabs(corner.x), std::fabs(corner.y), std::fabs(corner.z)}), 5.0f, 1e-4f);
+  }
+  for (const Ogre::Vector3& corner : std::vector<Ogre::Vector3>(corners.begin(), corners.begin() + 4)) {
+    EXPECT_NEAR(corner.y, 5.0f, 1e-4f) << "the front face lies at +Y";
+    EXPECT_NEAR(std::fabs(corner.x), 5.0f, 1e-4f);
+    EXPECT_NEAR(std::fabs(corner.z), 5.0f, 1e-4f);
+  }
+}
+
+TEST_F(ShownView, RenderingDefaults) {
+  show();
+  EXPECT_EQ(Ogre::TextureManager::getSingleton().getDefaultNumMipmaps(), 5u);
+  Ogre::MaterialManager& materials = Ogre::MaterialManager::getSingleton();
+  EXPECT_EQ(materials.getDefaultTextureFiltering(Ogre::FT_MIN), Ogre::FO_ANISOTROPIC);
+  EXPECT_EQ(materials.getDefaultTextureFiltering(Ogre::FT_MAG), Ogre::FO_ANISOTROPIC);
+  EXPECT_EQ(materials.getDefaultTextureFiltering(Ogre::FT_MIP), Ogre::FO_LINEAR);
+  EXPECT_EQ(materials.getDefaultAnisotropy(), 20u);
 }
 
 TEST_F(ShownView, CameraRigAndWhiteViewport) {
@@ -108,6 +150,11 @@ TEST_F(ShownView, CameraRigAndWhiteViewport) {
   EXPECT_EQ(viewport->getCamera(), camera);
   EXPECT_EQ(viewport->getBackgroundColour(), Ogre::ColourValue(1, 1, 1, 1));
   EXPECT_FLOAT_EQ(viewport->getWidth(), 1.0f);
+  EXPECT_FLOAT_EQ(viewport->getHeight(), 1.0f);
+  EXPECT_FLOAT_EQ(viewport->getLeft(), 0.0f);
+  EXPECT_FLOAT_EQ(viewport->getTop(), 0.0f);
+  EXPECT_EQ(viewport->getZOrder(), 0);
+  EXPECT_EQ(widget()->renderWindow()->getNumViewports(), 1u);
   EXPECT_NEAR(camera->getAspectRatio(), float(widget()->width()) / float(widget()->height()), 1e-5);
 }
 
@@ -140,6 +187,11 @@ TEST_F(ShownView, FontAndOverlayElements) {
   EXPECT_EQ(overlay->getName(), "OverlayName");
   Ogre::OverlayContainer* panel = overlay->getChild("PanelName");
   ASSERT_NE(panel, nullptr);
+  EXPECT_EQ(panel->getMetricsMode(), Ogre::GMM_PIXELS);
+  EXPECT_FLOAT_EQ(panel->getLeft(), 10.0f);
+  EXPECT_FLOAT_EQ(panel->getTop(), 10.0f);
+  EXPECT_FLOAT_EQ(panel->getWidth(), 100.0f);
+  EXPECT_FLOAT_EQ(panel->getHeight(), 100.0f);
   EXPECT_EQ(RenderWidgetTestAccess::infoArea(*widget())->getParent(), panel);
   EXPECT_EQ(sentenceArea()->getParent(), panel);
   EXPECT_FLOAT_EQ(sentenceArea()->getCharHeight(), 32.0f);

@@ -5,9 +5,17 @@
 #include <QMetaMethod>
 #include <QSignalSpy>
 
-#include "support/meta_object_table.h"
+#include <Overlay/OgreOverlay.h>
+#include <Overlay/OgreTextAreaOverlayElement.h>
 
+#include "render_widget_2d.h"
+#include "support/meta_object_table.h"
+#include "support/widget_window.h"
+
+using VX::NextGenView::RenderWidget;
+using VX::NextGenView::RenderWidget2d;
 using VX::NextGenView::RenderWidgetInterface;
+using VX::NextGenView::RenderWidgetTestAccess;
 
 namespace {
 
@@ -48,12 +56,42 @@ TEST(RenderWidgetInterface, ReadySignalComesOnce) {
   EXPECT_EQ(ready.count(), 1);
 }
 
+// Calls one of the interface's slots through the interface's own meta-object,
+// as a connection made on the interface does.
+bool invokeInterfaceSlot(RenderWidgetInterface* view, const char* signature,
+                         QGenericArgument argument = QGenericArgument()) {
+  const QMetaObject& meta = RenderWidgetInterface::staticMetaObject;
+  const int index = meta.indexOfSlot(signature);
+  return index >= 0 && meta.method(index).invoke(view, Qt::DirectConnection, argument);
+}
+
 TEST(RenderWidgetInterface, SlotsDispatchToTheDerivedView) {
   CountingView view(nullptr);
-  ASSERT_TRUE(QMetaObject::invokeMethod(&view, "updateView"));
-  ASSERT_TRUE(QMetaObject::invokeMethod(&view, "displayInfo", Q_ARG(bool, true)));
+  ASSERT_TRUE(invokeInterfaceSlot(&view, "updateView()"));
+  ASSERT_TRUE(invokeInterfaceSlot(&view, "displayInfo(bool)", Q_ARG(bool, true)));
   EXPECT_EQ(view.updates, 1);
   EXPECT_TRUE(view.lastInfo);
+}
+
+TEST(RenderWidgetInterface, SlotsDispatchToTheTwoDimensionalView) {
+  RenderWidget2d view(nullptr, testing_support::worldWithBundledRobot(), "/no/pictures");
+  QSignalSpy chains(&view, &RenderWidgetInterface::chainSelected);
+  ASSERT_TRUE(invokeInterfaceSlot(&view, "updateView()"));
+  ASSERT_EQ(chains.count(), 1) << "the 2D view announces the whole robot";
+  EXPECT_EQ(view.bitmapAreas().size(), 5);
+  ASSERT_TRUE(invokeInterfaceSlot(&view, "displayInfo(bool)", Q_ARG(bool, true)));
+}
+
+TEST(RenderWidgetInterface, SlotsDispatchToTheThreeDimensionalView) {
+  testing_support::WidgetWindow window;
+  ASSERT_TRUE(window.show());
+  Ogre::TextAreaOverlayElement* info = RenderWidgetTestAccess::infoArea(*window.widget);
+  ASSERT_TRUE(invokeInterfaceSlot(window.widget, "updateView()"));
+  EXPECT_TRUE(RenderWidgetTestAccess::overlay(*window.widget)->isVisible()) << "a frame was drawn";
+  EXPECT_EQ(info->getCaption().asUTF8(), "");
+  ASSERT_TRUE(invokeInterfaceSlot(window.widget, "displayInfo(bool)", Q_ARG(bool, true)));
+  window.widget->updateView();
+  EXPECT_EQ(info->getCaption().asUTF8().rfind("FPS: ", 0), 0u) << info->getCaption().asUTF8();
 }
 
 TEST(RenderWidgetInterface, CarriesRunTimeTypeInformation) {

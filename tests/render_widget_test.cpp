@@ -12,6 +12,7 @@
 
 #include <OgreFrameListener.h>
 #include <OgreRoot.h>
+#include <OgreSceneManager.h>
 
 #include <ku/record_capture.h>
 #include <scene_view/object_3d_view.h>
@@ -140,9 +141,21 @@ TEST(RenderWidget, ShownItRendersReadyOnce) {
   QSignalSpy ready(window.widget, &RenderWidget::renderWindowReady);
   ASSERT_TRUE(window.show());
   EXPECT_EQ(ready.count(), 1);
-  ASSERT_NE(window.widget->renderWindow(), nullptr);
+  Ogre::RenderWindow* renderWindow = window.widget->renderWindow();
+  ASSERT_NE(renderWindow, nullptr);
+  const boost::shared_ptr<VX::NextGenView::Camera> camera = window.widget->camera();
+  Ogre::SceneManager* scene = window.widget->worldView()->getOgreSceneManager();
+  const std::size_t cameras = scene->getCameras().size();
+  const unsigned short viewports = renderWindow->getNumViewports();
+  ku::log::RecordCapture captured;
   window.widget->initRenderWindow();
   EXPECT_EQ(ready.count(), 1) << "a second call emits nothing";
+  // ... and builds nothing: no window, camera, viewport or record.
+  EXPECT_EQ(window.widget->renderWindow(), renderWindow);
+  EXPECT_EQ(window.widget->camera(), camera);
+  EXPECT_EQ(scene->getCameras().size(), cameras);
+  EXPECT_EQ(renderWindow->getNumViewports(), viewports);
+  EXPECT_TRUE(captured.records().empty()) << captured.records().front().text;
 }
 
 TEST(RenderWidget, RendersIntoItsOwnAreaOnly) {

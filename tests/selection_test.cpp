@@ -9,6 +9,7 @@
 
 #include <OgreManualObject.h>
 
+#include "support/meta_object_table.h"
 #include "support/pick_scene.h"
 
 using testing_support::buildMesh;
@@ -21,6 +22,16 @@ using testing_support::square;
 namespace {
 
 using Picking = PickScene;
+
+TEST(SelectionMeta, OneSignalAndOneSlot) {
+  EXPECT_STREQ(VX::NextGenView::Selection::staticMetaObject.className(), "VX::NextGenView::Selection");
+  expectMethods(VX::NextGenView::Selection::staticMetaObject,
+                {
+                    {QMetaMethod::Signal, QMetaMethod::Public, "objectSelected(QString,bool)", {"", "multiSelect"}},
+                    {QMetaMethod::Slot, QMetaMethod::Public, "onMousePressEvent(QMouseEvent*,QWidget*)",
+                     {"event", "sender"}},
+                });
+}
 
 QPoint pixelAt(const Ogre::Camera& camera, const QWidget& surface, float x, float y, float z = 0.0f) {
   return pixelOf(camera, surface, Ogre::Vector3(x, y, z));

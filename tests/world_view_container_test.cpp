@@ -14,9 +14,14 @@
 #include <QTest>
 #include <QTimer>
 
+#include <scene_view/object_3d_view.h>
+#include <scene_view/world_3d_view.h>
+
 #include "camera.h"
 #include "render_widget.h"
 #include "render_widget_2d.h"
+#include <scene_view/world_3d_view.h>
+
 #include "support/meta_object_table.h"
 #include "support/widget_window.h"
 
@@ -155,17 +160,25 @@ TEST_F(Container, SizeHintIsAlways160Wide) {
 
 TEST_F(Container, VisibilityBuildsTheRenderWindowOnlyWhileUninitialised) {
   auto container = make(true);
-  QSignalSpy ready(container->view(), SIGNAL(renderWindowReady()));
+  auto* view = static_cast<RenderWidget*>(container->view());
+  QSignalSpy ready(view, SIGNAL(renderWindowReady()));
   container->resize(400, 300);
   container->show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(container.get()));
   container->onVisibilityChanged(false);
-  EXPECT_FALSE(container->view()->m_initialized);
-  EXPECT_FALSE(container->view()->isVisible());
+  EXPECT_FALSE(view->m_initialized);
+  EXPECT_FALSE(view->isVisible());
+  EXPECT_EQ(view->renderWindow(), nullptr) << "hiding builds nothing";
+  // A view that says it is initialised is not built again, even without a window.
+  view->m_initialized = true;
   container->onVisibilityChanged(true);
-  EXPECT_TRUE(container->view()->m_initialized);
-  EXPECT_TRUE(container->view()->isVisible());
+  EXPECT_EQ(view->renderWindow(), nullptr);
+  EXPECT_EQ(ready.count(), 0);
+  EXPECT_TRUE(view->isVisible());
+  view->m_initialized = false;
   container->onVisibilityChanged(true);
+  EXPECT_TRUE(view->m_initialized);
+  EXPECT_NE(view->renderWindow(), nullptr);
   EXPECT_EQ(ready.count(), 1);
 }
 
@@ -176,6 +189,19 @@ TEST_F(Container, UpdateBeforeInitialisationDoesNothing) {
   container->onRobotReady();
   EXPECT_EQ(view->renderWindow(), nullptr);
   EXPECT_FALSE(view->m_initialized);
+
+  // The 2D view answers every update with the chain it shows: none may reach it before initialisation.
+  auto twoD = make(false);
+  QSignalSpy chains(twoD->view(), SIGNAL(chainSelected(QString)));
+  twoD->update();
+  twoD->onRobotReady();
+  twoD->onRobotRemoved();
+  EXPECT_EQ(chains.count(), 0);
+  EXPECT_TRUE(static_cast<RenderWidget2d*>(twoD->view())->bitmapAreas().isEmpty());
+  twoD->view()->initRenderWindow();
+  twoD->update();
+  EXPECT_EQ(chains.count(), 1);
+  EXPECT_EQ(static_cast<RenderWidget2d*>(twoD->view())->bitmapAreas().size(), 5);
 }
 
 TEST_F(Container, ControllerMovedIsRelayedElementForElement) {
@@ -249,11 +275,44 @@ TEST_F(Container, Use3DControllerPreferenceIsReadNotWritten) {
   EXPECT_FALSE(QSettings().value(WorldViewContainer::a_use3DControllerForMotorsKey).toBool());
 }
 
+TEST_F(Container, SceneSwitchesReachTheThreeDimensionalView) {
+  auto container = make(true);
+  auto* view = static_cast<RenderWidget*>(container->view());
+  ASSERT_TRUE(view && view->worldView());
+  EXPECT_TRUE(view->worldView()->jointControllersShown()) << "rings are shown by default";
+  EXPECT_FALSE(view->worldView()->collisionGeometryShown()) << "visuals are shown by default";
+  container->setJointRingsShown(false);
+  container->setCollisionGeometryShown(true);
+  EXPECT_FALSE(view->worldView()->jointControllersShown());
+  EXPECT_TRUE(view->worldView()->collisionGeometryShown());
+  container->setJointRingsShown(true);
+  container->setCollisionGeometryShown(false);
+  EXPECT_TRUE(view->worldView()->jointControllersShown());
+  EXPECT_FALSE(view->worldView()->collisionGeometryShown());
+}
+
+TEST_F(Container, TheTwoDimensionalViewIgnoresTheSceneSwitches) {
+  auto container = make(false);
+  ASSERT_TRUE(dynamic_cast<RenderWidget2d*>(container->view()));
+  container->setJointRingsShown(false);
+  container->setCollisionGeometryShown(true);
+  EXPECT_TRUE(dynamic_cast<RenderWidget2d*>(container->view())) << "nothing else happens";
+}
+
 TEST_F(Container, RobotRemovedReachesTheView) {
   auto container = make(true);
+  auto* view = static_cast<RenderWidget*>(container->view());
+  const auto objects = view->worldView()->allObjects();
+  ASSERT_FALSE(objects.empty());
+  for (const auto& object : objects) object->m_selected = object->m_highlighted = true;
   QSignalSpy removed(container.get(), &WorldViewContainer::robotRemoved);
   container->onRobotRemoved();
   EXPECT_EQ(removed.count(), 1);
+  // The view's onRobotRemoved clears the selection marks.
+  for (const auto& object : objects) {
+    EXPECT_FALSE(object->m_selected);
+    EXPECT_FALSE(object->m_highlighted);
+  }
 }
 
 }  // namespace

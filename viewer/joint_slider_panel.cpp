@@ -17,9 +17,9 @@ using VX::NextGenView::Robot;
 
 namespace {
 
-int toSteps(float radians) { return static_cast<int>(std::lround(radians * JointSliderPanel::a_stepsPerRadian)); }
-
-float toRadians(int steps) { return static_cast<float>(steps) / JointSliderPanel::a_stepsPerRadian; }
+int stepsPerUnit(bool prismatic) {
+  return prismatic ? JointSliderPanel::a_stepsPerMetre : JointSliderPanel::a_stepsPerRadian;
+}
 
 float finiteOr(float limit, float fallback) { return std::isfinite(limit) ? limit : fallback; }
 
@@ -34,24 +34,33 @@ JointSliderPanel::JointSliderPanel(boost::shared_ptr<VX::NextGenView::World> wor
       const QString name = QString::fromStdString(actuator->name());
       if (m_sliders.contains(name)) continue;
       addSlider(name, finiteOr(actuator->lowerLimit(), -a_unlimitedRange),
-                finiteOr(actuator->upperLimit(), a_unlimitedRange), actuator->command());
+                finiteOr(actuator->upperLimit(), a_unlimitedRange), actuator->command(), actuator->isPrismatic());
     }
   }
 }
 
-void JointSliderPanel::addSlider(const QString& name, float lower, float upper, float command) {
+void JointSliderPanel::addSlider(const QString& name, float lower, float upper, float command, bool prismatic) {
+  m_prismatic.insert(name, prismatic);
   auto* slider = new QSlider(Qt::Horizontal, this);
   slider->setObjectName(name);
-  slider->setRange(toSteps(lower), toSteps(upper));
-  slider->setSingleStep(toSteps(0.01f));
-  slider->setPageStep(toSteps(0.1f));
-  slider->setValue(toSteps(command));
-  slider->setToolTip(QString("%1: %2 to %3 rad")
-                         .arg(name)
-                         .arg(static_cast<double>(lower), 0, 'f', 2)
-                         .arg(static_cast<double>(upper), 0, 'f', 2));
+  slider->setRange(toSteps(name, lower), toSteps(name, upper));
+  // A hundredth of a radian or a millimetre per arrow key, ten times that per page.
+  slider->setSingleStep(toSteps(name, prismatic ? 0.001f : 0.01f));
+  slider->setPageStep(toSteps(name, prismatic ? 0.01f : 0.1f));
+  slider->setValue(toSteps(name, command));
+  if (prismatic) {
+    slider->setToolTip(QString("%1: %2 to %3 mm")
+                           .arg(name)
+                           .arg(static_cast<double>(lower) * 1000.0, 0, 'f', 1)
+                           .arg(static_cast<double>(upper) * 1000.0, 0, 'f', 1));
+  } else {
+    slider->setToolTip(QString("%1: %2 to %3 rad")
+                           .arg(name)
+                           .arg(static_cast<double>(lower), 0, 'f', 2)
+                           .arg(static_cast<double>(upper), 0, 'f', 2));
+  }
   auto* value = new QLabel(this);
-  value->setMinimumWidth(value->fontMetrics().horizontalAdvance("-000.0°"));
+  value->setMinimumWidth(value->fontMetrics().horizontalAdvance("-0000.0 mm"));
   value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
   auto* row = new QWidget(this);
@@ -65,14 +74,27 @@ void JointSliderPanel::addSlider(const QString& name, float lower, float upper, 
   m_values.insert(name, value);
   showValue(name, command);
   connect(slider, &QSlider::valueChanged, this, [this, name](int steps) {
-    showValue(name, toRadians(steps));
-    emit commandRequested(name, toRadians(steps));
+    showValue(name, fromSteps(name, steps));
+    emit commandRequested(name, fromSteps(name, steps));
   });
+}
+
+int JointSliderPanel::toSteps(const QString& name, float value) const {
+  return static_cast<int>(std::lround(value * stepsPerUnit(m_prismatic.value(name))));
+}
+
+float JointSliderPanel::fromSteps(const QString& name, int steps) const {
+  return static_cast<float>(steps) / stepsPerUnit(m_prismatic.value(name));
 }
 
 float JointSliderPanel::sliderValue(const QString& name) const {
   const QSlider* slider = m_sliders.value(name);
-  return slider ? toRadians(slider->value()) : 0.0f;
+  return slider ? fromSteps(name, slider->value()) : 0.0f;
+}
+
+QString JointSliderPanel::shownValue(const QString& name) const {
+  const QLabel* label = m_values.value(name);
+  return label ? label->text() : QString();
 }
 
 void JointSliderPanel::onCommandsApplied(const QStringList& names, const QList<float>& commands) {
@@ -81,13 +103,17 @@ void JointSliderPanel::onCommandsApplied(const QStringList& names, const QList<f
     if (!slider) continue;
     // The command is already applied: moving the slider must not ask again.
     const QSignalBlocker blocker(slider);
-    slider->setValue(toSteps(commands[i]));
+    slider->setValue(toSteps(names[i], commands[i]));
     showValue(names[i], commands[i]);
   }
 }
 
-void JointSliderPanel::showValue(const QString& name, float radians) {
-  if (QLabel* label = m_values.value(name)) {
-    label->setText(QString("%1°").arg(static_cast<double>(radians) * 180.0 / M_PI, 0, 'f', 1));
+void JointSliderPanel::showValue(const QString& name, float value) {
+  QLabel* label = m_values.value(name);
+  if (!label) return;
+  if (m_prismatic.value(name)) {
+    label->setText(QString("%1 mm").arg(static_cast<double>(value) * 1000.0, 0, 'f', 1));
+  } else {
+    label->setText(QString("%1°").arg(static_cast<double>(value) * 180.0 / M_PI, 0, 'f', 1));
   }
 }

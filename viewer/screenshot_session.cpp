@@ -48,7 +48,7 @@ void ScreenshotSession::savePictures() {
   QStringList saved;
   if (!m_options.screenshotFile.isEmpty()) {
     QString error;
-    if (!ViewScreenshot::save(m_window->container(), m_options.screenshotFile, false, &error)) {
+    if (!ViewScreenshot::save(m_window->container(), m_options.screenshotFile, m_options.noBackground, &error)) {
       finish(1, error);
       return;
     }

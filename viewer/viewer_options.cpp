@@ -29,6 +29,16 @@ bool parseSize(const QString& text, QSize* size) {
 
 }  // namespace
 
+bool ViewerOptions::mayRunWithoutDisplay(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const QByteArray argument(argv[i]);
+    for (const char* option : {"--check", "-h", "--help", "-?", "--help-all", "-v", "--version"}) {
+      if (argument == option) return true;
+    }
+  }
+  return false;
+}
+
 ViewerOptions::Outcome ViewerOptions::parse(const QStringList& arguments, ViewerOptions* options, QString* message) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
@@ -41,11 +51,28 @@ ViewerOptions::Outcome ViewerOptions::parse(const QStringList& arguments, Viewer
                                      "name");
   const QCommandLineOption size("size", "View size for --screenshot (default 800x600).", "WxH");
   const QCommandLineOption say("say", "What the robot says at start (shown by the 3D view).", "sentence");
+  const QCommandLineOption animate("animate", "Keep the robot moving: every joint follows a slow sine wave.");
+  const QCommandLineOption versionOption({"v", "version"}, "Print the version and exit.");
+  const QCommandLineOption check("check",
+                                 "Load the robot and all its meshes without a display, print a summary and one line "
+                                 "per problem, and exit: 0 when everything can be shown, 1 when some geometry "
+                                 "cannot, 2 when the robot cannot be loaded.");
+  const QCommandLineOption packagePath("package-path",
+                                       "A folder searched first for package:// meshes (its <package> subfolders, or "
+                                       "folders whose package.xml names the package); repeatable.",
+                                       "dir");
+  const QCommandLineOption noBackground("no-background", "With --screenshot: hide the sky in the picture.");
   // For the documentation's pictures: the whole main window, toolbars and sliders included.
   QCommandLineOption windowScreenshot("window-screenshot", "Save the whole window to <file> and exit.", "file");
   windowScreenshot.setFlags(QCommandLineOption::HiddenFromHelp);
-  parser.addOptions({force2D, force3D, screenshot, viewpoint, size, say, windowScreenshot});
-  parser.addPositionalArgument("urdf", "The robot description to show (default: the bundled robot).", "[urdf]");
+  const QCommandLineOption collision("collision", "Show each link's collision geometry instead of its visuals.");
+  const QCommandLineOption noRings("no-rings", "Hide the joint rings of the 3D view.");
+  parser.addOptions({versionOption, force2D, force3D, screenshot, viewpoint, size, say, check, packagePath,
+                     noBackground, collision, noRings, animate, windowScreenshot});
+  parser.addPositionalArgument("urdf",
+                               "The robot descriptions to show in one world (default: the bundled robot); "
+                               "each stands at its <base>, or beside the previous ones.",
+                               "[urdf...]");
 
   if (!parser.parse(arguments)) {
     *message = parser.errorText();
@@ -55,13 +82,14 @@ ViewerOptions::Outcome ViewerOptions::parse(const QStringList& arguments, Viewer
     std::fputs(qPrintable(parser.helpText()), stdout);
     return Outcome::Exit;
   }
+  if (parser.isSet(versionOption)) {
+    std::printf("render_widget_viewer %s\n", qPrintable(QCoreApplication::applicationVersion()));
+    return Outcome::Exit;
+  }
 
   ViewerOptions result;
   const QStringList positional = parser.positionalArguments();
-  if (positional.size() > 1) {
-    *message = QString("Give at most one URDF file, not %1.").arg(positional.size());
-    return Outcome::Error;
-  }
+  result.urdfFiles = positional;
   if (!positional.isEmpty()) result.urdfFile = positional.first();
   result.force2D = parser.isSet(force2D);
   result.force3D = parser.isSet(force3D);
@@ -89,6 +117,20 @@ ViewerOptions::Outcome ViewerOptions::parse(const QStringList& arguments, Viewer
     return Outcome::Error;
   }
   result.sentence = parser.value(say);
+  result.collisionGeometry = parser.isSet(collision);
+  result.jointRings = !parser.isSet(noRings);
+  result.check = parser.isSet(check);
+  result.packagePaths = parser.values(packagePath);
+  result.noBackground = parser.isSet(noBackground);
+  if (result.noBackground && result.screenshotFile.isEmpty()) {
+    *message = "--no-background goes with --screenshot.";
+    return Outcome::Error;
+  }
+  if (result.check && result.headless()) {
+    *message = "--check saves no picture; leave out --screenshot and --window-screenshot.";
+    return Outcome::Error;
+  }
+  result.animate = parser.isSet(animate);
   *options = result;
   return Outcome::Run;
 }

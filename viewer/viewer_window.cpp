@@ -3,6 +3,10 @@
 #include <iostream>
 
 #include <QAction>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -16,6 +20,9 @@
 #include <QTimer>
 #include <QToolBar>
 
+#include <OgreAxisAlignedBox.h>
+
+#include <scene_view/world_3d_view.h>
 #include <world_model/robot.h>
 #include <world_model/world.h>
 #include <world_view_container.h>
@@ -23,6 +30,8 @@
 #include "camera.h"
 #include "joint_slider_panel.h"
 #include "motor_command_applier.h"
+#include "recent_files.h"
+#include "robot_documents.h"
 #include "render_widget.h"
 #include "render_widget_interface.h"
 #include "startup_marker.h"
@@ -36,13 +45,13 @@ using VX::NextGenView::Robot;
 ViewerWindow::ViewerWindow(boost::shared_ptr<VX::NextGenView::World> world, const QString& dataPath, bool use3DView,
                            QWidget* parent)
     : QMainWindow(parent), m_world(world) {
-  QStringList robotNames;
-  for (const boost::shared_ptr<Robot>& robot : world->robots()) robotNames << QString::fromStdString(robot->name());
-  setWindowTitle(tr("%1 - Render widget viewer").arg(robotNames.join(", ")));
+  updateTitle();
+  setAcceptDrops(true);
 
   createContainer(dataPath, use3DView);
   m_motorCommands = new MotorCommandApplier(world, this);
   createSliderDock();
+  setRobotDocuments(new RobotDocuments(world));
 
   m_chainLabel = new QLabel(this);
   m_motorLabel = new QLabel(this);
@@ -55,9 +64,6 @@ ViewerWindow::ViewerWindow(boost::shared_ptr<VX::NextGenView::World> world, cons
   connect(m_container, &WorldViewContainer::setMotorValues, this, &ViewerWindow::onMotorValues);
   connect(m_container, &WorldViewContainer::chainSelected, this, &ViewerWindow::onChainSelected);
   connect(m_container->view(), &RenderWidgetInterface::renderWindowReady, this, &ViewerWindow::onViewReady);
-  connect(m_motorCommands, &MotorCommandApplier::commandsApplied, m_sliderPanel, &JointSliderPanel::onCommandsApplied);
-  connect(m_sliderPanel, &JointSliderPanel::commandRequested, m_motorCommands,
-          &MotorCommandApplier::onCommandRequested);
   createActions();
   if (!m_fallbackReason.isEmpty()) statusBar()->showMessage(m_fallbackReason);
 }
@@ -79,20 +85,47 @@ void ViewerWindow::createContainer(const QString& dataPath, bool use3DView) {
 }
 
 void ViewerWindow::createSliderDock() {
-  m_sliderPanel = new JointSliderPanel(m_world);
-  auto* scroll = new QScrollArea;
-  scroll->setWidget(m_sliderPanel);
-  scroll->setWidgetResizable(true);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setMinimumWidth(m_sliderPanel->sizeHint().width() + 24);
+  m_sliderScroll = new QScrollArea;
+  m_sliderScroll->setWidgetResizable(true);
+  m_sliderScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  connectSliderPanel();
   auto* dock = new QDockWidget(tr("Joints"), this);
   dock->setObjectName("JointsDock");
-  dock->setWidget(scroll);
+  dock->setWidget(m_sliderScroll);
   addDockWidget(Qt::RightDockWidgetArea, dock);
+}
+
+// A panel for the world's actuators now; the scroll area deletes the last one.
+void ViewerWindow::connectSliderPanel() {
+  m_sliderPanel = new JointSliderPanel(m_world);
+  m_sliderScroll->setWidget(m_sliderPanel);
+  m_sliderScroll->setMinimumWidth(m_sliderPanel->sizeHint().width() + 24);
+  connect(m_motorCommands, &MotorCommandApplier::commandsApplied, m_sliderPanel, &JointSliderPanel::onCommandsApplied);
+  connect(m_sliderPanel, &JointSliderPanel::commandRequested, m_motorCommands,
+          &MotorCommandApplier::onCommandRequested);
+}
+
+void ViewerWindow::updateTitle() {
+  QStringList robotNames;
+  for (const boost::shared_ptr<Robot>& robot : m_world->robots()) robotNames << QString::fromStdString(robot->name());
+  setWindowTitle(tr("%1 - Render widget viewer").arg(robotNames.join(", ")));
+}
+
+void ViewerWindow::setRobotDocuments(RobotDocuments* documents) {
+  if (m_documents == documents) return;
+  delete m_documents;
+  m_documents = documents;
+  m_documents->setParent(this);
+  connect(m_documents, &RobotDocuments::robotsReplaced, this, &ViewerWindow::onRobotsReplaced);
+  connect(m_documents, &RobotDocuments::loadFailed, this, &ViewerWindow::onLoadFailed);
 }
 
 void ViewerWindow::createActions() {
   QMenu* file = menuBar()->addMenu(tr("&File"));
+  file->addAction(tr("&Open robot..."), this, &ViewerWindow::onOpenRobot)->setShortcut(QKeySequence::Open);
+  m_recentFiles = new RecentFiles(file->addMenu(tr("Open &recent")), this);
+  connect(m_recentFiles, &RecentFiles::openRequested, this, &ViewerWindow::openRobotFile);
+  file->addSeparator();
   QAction* screenshot = file->addAction(tr("Save &screenshot..."), this, &ViewerWindow::onSaveScreenshot);
   screenshot->setShortcut(QKeySequence::Save);
   m_screenshotWithoutBackgroundAction = file->addAction(tr("Save screenshot &without background..."), this,
@@ -113,8 +146,26 @@ void ViewerWindow::createActions() {
   m_infoAction->setCheckable(true);
   m_infoAction->setToolTip(tr("Frames per second and triangle count"));
   connect(m_infoAction, &QAction::toggled, this, &ViewerWindow::onInfoToggled);
+  m_collisionAction = view->addAction(tr("C&ollision geometry"));
+  m_collisionAction->setCheckable(true);
+  m_collisionAction->setToolTip(tr("Each link's collision shapes, see-through, instead of its visuals"));
+  connect(m_collisionAction, &QAction::toggled, this, &ViewerWindow::onCollisionGeometryToggled);
+  m_ringsAction = view->addAction(tr("Joint &rings"));
+  m_ringsAction->setCheckable(true);
+  m_ringsAction->setChecked(true);
+  connect(m_ringsAction, &QAction::toggled, this, &ViewerWindow::onJointRingsToggled);
+  // A still robot then costs next to nothing; a moving one is drawn every tick.
+  m_renderOnChangeAction = view->addAction(tr("&Render only on change"));
+  m_renderOnChangeAction->setCheckable(true);
+  m_renderOnChangeAction->setChecked(true);
+  m_renderOnChangeAction->setToolTip(tr("Draw the 3D view only when something in it changed"));
+  connect(m_renderOnChangeAction, &QAction::toggled, m_container, &WorldViewContainer::setRenderOnDemand);
+  m_container->setRenderOnDemand(true);
   m_viewpointMenu = view->addMenu(tr("View&point"));
   m_viewpointMenu->setEnabled(false);  // filled once the 3D view is ready
+  m_frameAction = view->addAction(tr("&Frame robot"), this, &ViewerWindow::onFrameRobot);
+  m_frameAction->setShortcut(Qt::Key_F);
+  m_frameAction->setToolTip(tr("The camera takes in the whole robot again"));
   view->addSeparator();
   view->addAction(findChild<QDockWidget*>("JointsDock")->toggleViewAction());
   QAction* try3D = view->addAction(tr("Try the 3D view at next start"), this, &ViewerWindow::onTry3DAtNextStart);
@@ -123,7 +174,8 @@ void ViewerWindow::createActions() {
   QMenu* robot = menuBar()->addMenu(tr("&Robot"));
   QAction* say = robot->addAction(tr("&Say..."), this, &ViewerWindow::onSaySentence);
 
-  for (QAction* action : {m_screenshotWithoutBackgroundAction, m_controllerAction, m_infoAction}) {
+  for (QAction* action : {m_screenshotWithoutBackgroundAction, m_controllerAction, m_infoAction, m_collisionAction,
+                          m_ringsAction, m_frameAction, m_renderOnChangeAction}) {
     action->setEnabled(m_shows3DView);
   }
 
@@ -190,6 +242,7 @@ void ViewerWindow::onViewReady() {
   }
   // The 2D view shows its picture at the first update.
   m_container->onRobotReady();
+  placeAndFrame();
   emit viewReady();
 }
 
@@ -230,6 +283,10 @@ void ViewerWindow::onInfoToggled(bool shown) {
   if (m_container->view()) m_container->view()->displayInfo(shown);
 }
 
+void ViewerWindow::onCollisionGeometryToggled(bool shown) { m_container->setCollisionGeometryShown(shown); }
+
+void ViewerWindow::onJointRingsToggled(bool shown) { m_container->setJointRingsShown(shown); }
+
 void ViewerWindow::onSaySentence() {
   const std::set<boost::shared_ptr<Robot>> robots = m_world->robots();
   const QString current = robots.empty() ? QString() : QString::fromStdString((*robots.begin())->sentence());
@@ -245,4 +302,76 @@ void ViewerWindow::onSaySentence() {
 void ViewerWindow::onTry3DAtNextStart() {
   StartupMarker::clear();
   statusBar()->showMessage(tr("The next start tries the 3D view."), 5000);
+}
+
+bool ViewerWindow::openRobotFile(const QString& file) {
+  if (!m_documents->open(file)) return false;
+  m_recentFiles->add(file);
+  return true;
+}
+
+void ViewerWindow::onOpenRobot() {
+  const QString file = QFileDialog::getOpenFileName(this, tr("Open robot"), QString(),
+                                                    tr("Robot descriptions (*.urdf *.xml);;All files (*)"));
+  if (!file.isEmpty()) openRobotFile(file);
+}
+
+void ViewerWindow::refreshRobots() {
+  connectSliderPanel();
+  updateTitle();
+}
+
+void ViewerWindow::onFrameRobot() { m_container->frameWorld(); }
+
+void ViewerWindow::onRobotsReplaced(bool reloaded) {
+  // The views drop what they kept of the old robots; the scene follows the
+  // world at the next update.
+  m_container->onRobotRemoved();
+  refreshRobots();
+  m_container->onRobotReady();
+  // A robot edited and reloaded keeps the camera where the user left it.
+  if (!reloaded) placeAndFrame();
+  const QStringList files = m_documents->files();
+  statusBar()->showMessage((reloaded ? tr("Reloaded %1") : tr("Opened %1")).arg(files.join(", ")), 5000);
+}
+
+void ViewerWindow::onLoadFailed(const QString& message) { statusBar()->showMessage(message); }
+
+void ViewerWindow::placeAndFrame() {
+  auto* view = dynamic_cast<RenderWidget*>(m_container->view());
+  if (!view || !view->m_initialized || !view->worldView()) return;
+  m_container->update();  // the new robots' entities
+  const boost::shared_ptr<VX::NextGenView::World3DView> scene = view->worldView();
+  m_documents->placeSideBySide([&scene](const boost::shared_ptr<Robot>& robot, float* low, float* high) {
+    const Ogre::AxisAlignedBox box = scene->robotBoundingBox(robot);
+    if (!box.isFinite()) return false;
+    *low = box.getMinimum().y;
+    *high = box.getMaximum().y;
+    return true;
+  });
+  m_container->frameWorld();
+}
+
+namespace {
+
+// The first local robot description among a drag's files.
+QString droppedRobotFile(const QMimeData* data) {
+  if (!data || !data->hasUrls()) return QString();
+  for (const QUrl& url : data->urls()) {
+    if (url.isLocalFile() && url.toLocalFile().endsWith(".urdf", Qt::CaseInsensitive)) return url.toLocalFile();
+  }
+  return QString();
+}
+
+}  // namespace
+
+void ViewerWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!droppedRobotFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void ViewerWindow::dropEvent(QDropEvent* event) {
+  const QString file = droppedRobotFile(event->mimeData());
+  if (file.isEmpty()) return;
+  event->acceptProposedAction();
+  openRobotFile(file);
 }

@@ -9,10 +9,15 @@
 #include <boost/shared_ptr.hpp>
 
 class QAction;
+class QDragEnterEvent;
+class QDropEvent;
 class QLabel;
 class QMenu;
+class QScrollArea;
 class JointSliderPanel;
 class MotorCommandApplier;
+class RecentFiles;
+class RobotDocuments;
 
 namespace VX {
 class WorldViewContainer;
@@ -34,6 +39,12 @@ class ViewerWindow : public QMainWindow {
   VX::WorldViewContainer* container() const { return m_container; }
   MotorCommandApplier* motorCommands() const { return m_motorCommands; }
   JointSliderPanel* sliderPanel() const { return m_sliderPanel; }
+  RobotDocuments* robotDocuments() const { return m_documents; }
+  RecentFiles* recentFiles() const { return m_recentFiles; }
+  // The robots loaded from files at start (the window takes it over).
+  void setRobotDocuments(RobotDocuments* documents);
+  // Sliders and title for the world's robots now.
+  void refreshRobots();
   bool shows3DView() const { return m_shows3DView; }
   const QString& fallbackReason() const { return m_fallbackReason; }
   // The view has its drawing surface: a picture can be taken.
@@ -46,6 +57,9 @@ class ViewerWindow : public QMainWindow {
   // Triggers the camera menu's viewpoint of that name; false in the 2D view,
   // before the 3D view is ready, or for an unknown name.
   bool goToViewpoint(const QString& name);
+  // View › Collision geometry and View › Joint rings (checkable; disabled in the 2D view).
+  QAction* collisionGeometryAction() const { return m_collisionAction; }
+  QAction* jointRingsAction() const { return m_ringsAction; }
 
  signals:
   void viewReady();
@@ -58,12 +72,24 @@ class ViewerWindow : public QMainWindow {
   void onSaveScreenshotWithoutBackground();
   void onUse3DControllerToggled(bool use);
   void onInfoToggled(bool shown);
+  void onCollisionGeometryToggled(bool shown);
+  void onJointRingsToggled(bool shown);
   void onSaySentence();
   void onTry3DAtNextStart();
+  // File › Open robot…, a drop, the recent files: the file's robot replaces
+  // the world's robots. A file that fails keeps them and says why.
+  bool openRobotFile(const QString& file);
+  void onOpenRobot();
+  // Frames the robots in the 3D view (View › Frame robot, F).
+  void onFrameRobot();
+  void onRobotsReplaced(bool reloaded);
+  void onLoadFailed(const QString& message);
 
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void createContainer(const QString& dataPath, bool use3DView);
@@ -71,17 +97,28 @@ class ViewerWindow : public QMainWindow {
   void createActions();
   void addViewpointActions();
   void saveScreenshot(bool backgroundHidden);
+  void connectSliderPanel();
+  void updateTitle();
+  // Robots without a <base> side by side, then the camera framed on them.
+  void placeAndFrame();
 
   boost::shared_ptr<VX::NextGenView::World> m_world;
   VX::WorldViewContainer* m_container = nullptr;
   MotorCommandApplier* m_motorCommands = nullptr;
   JointSliderPanel* m_sliderPanel = nullptr;
+  QScrollArea* m_sliderScroll = nullptr;
+  RobotDocuments* m_documents = nullptr;
+  RecentFiles* m_recentFiles = nullptr;
   QLabel* m_chainLabel = nullptr;
   QLabel* m_motorLabel = nullptr;
   QMenu* m_viewpointMenu = nullptr;
   QAction* m_screenshotWithoutBackgroundAction = nullptr;
   QAction* m_controllerAction = nullptr;
   QAction* m_infoAction = nullptr;
+  QAction* m_collisionAction = nullptr;
+  QAction* m_ringsAction = nullptr;
+  QAction* m_frameAction = nullptr;
+  QAction* m_renderOnChangeAction = nullptr;
   QString m_fallbackReason;
   bool m_shows3DView = false;
   bool m_shownOnce = false;

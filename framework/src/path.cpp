@@ -1,5 +1,8 @@
 #include "ku/path.h"
 
+#include <dlfcn.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
@@ -11,6 +14,11 @@ namespace fs = std::filesystem;
 
 namespace ku::path {
 namespace {
+
+// Its address lies inside this library's own file, wherever that file was
+// loaded from. It has internal linkage on purpose: the address of an exported
+// symbol could resolve to another copy of the library loaded earlier.
+const char a_libraryAnchor = 0;
 
 std::string environment(const char* name) {
   const char* value = std::getenv(name);
@@ -46,9 +54,47 @@ bool runningFromBuildFolder() {
   return program.lexically_normal().string().rfind(withSlash(build), 0) == 0;
 }
 
-}  // namespace
+void addOnce(std::vector<std::string>& folders, const std::string& folder) {
+  if (!folder.empty() && std::find(folders.begin(), folders.end(), folder) == folders.end()) {
+    folders.push_back(folder);
+  }
+}
 
-std::vector<std::string> configSearchFolders() {
+std::string joined(const std::vector<std::string>& folders) {
+  std::string text;
+  for (const std::string& folder : folders) text += (text.empty() ? "" : ", ") + folder;
+  return text;
+}
+
+// The functions below are what the public ones run. They are not exported:
+// a call between exported functions could land in another copy of the
+// library loaded earlier, which lies elsewhere.
+std::string ownLibraryFile() {
+  Dl_info info{};
+  if (dladdr(&a_libraryAnchor, &info) == 0 || !info.dli_fname || !*info.dli_fname) return std::string();
+  std::error_code error;
+  // The real file: a symbolic link to the library may lie anywhere.
+  const fs::path loaded = fs::absolute(info.dli_fname, error);
+  if (error) return std::string();
+  const fs::path file = fs::weakly_canonical(loaded, error);
+  return error ? std::string() : file.string();
+}
+
+std::string dataBeside(const std::string& libraryFilePath) {
+  if (libraryFilePath.empty()) return std::string();
+  const fs::path folder = fs::path(libraryFilePath).parent_path() / KU_LIBRARY_TO_DATA_DIR;
+  return withoutSlash(folder.lexically_normal().string());
+}
+
+std::vector<std::string> dataCandidates() {
+  std::vector<std::string> folders;
+  addOnce(folders, dataBeside(ownLibraryFile()));
+  if (runningFromBuildFolder()) addOnce(folders, withoutSlash(fs::path(KU_BUILD_DATA_DIR).lexically_normal().string()));
+  addOnce(folders, withoutSlash(fs::path(KU_INSTALLED_DATA_DIR).lexically_normal().string()));
+  return folders;
+}
+
+std::vector<std::string> configFolders() {
   std::vector<std::string> folders;
   folders.push_back(xdgFolder("XDG_CONFIG_HOME", home() + "/.config"));
 
@@ -56,28 +102,45 @@ std::vector<std::string> configSearchFolders() {
   if (dirs.empty()) dirs = "/etc/xdg";
   std::istringstream list(dirs);
   for (std::string dir; std::getline(list, dir, ':');) {
-    if (!dir.empty() && dir.front() == '/') folders.push_back(withSlash(dir));
+    if (!dir.empty() && dir.front() == '/') addOnce(folders, withSlash(dir));
   }
 
-  folders.push_back(withSlash(KU_INSTALLED_DATA_DIR) + "config/");
-  if (runningFromBuildFolder()) folders.push_back(withSlash(KU_BUILD_DATA_DIR) + "config/");
+  for (const std::string& data : dataCandidates()) addOnce(folders, withSlash(data) + "config/");
   return folders;
 }
 
+}  // namespace
+
+std::string libraryFile() { return ownLibraryFile(); }
+
+std::string dataFolderBeside(const std::string& libraryFilePath) { return dataBeside(libraryFilePath); }
+
+std::vector<std::string> dataFolderCandidates() { return dataCandidates(); }
+
+std::vector<std::string> configSearchFolders() { return configFolders(); }
+
 std::string findConf(const std::string& applicationName, const std::string& fileName) {
-  for (const std::string& folder : configSearchFolders()) {
+  const std::vector<std::string> folders = configFolders();
+  for (const std::string& folder : folders) {
     const fs::path candidate = fs::path(folder) / applicationName / fileName;
     std::error_code error;
     if (fs::exists(candidate, error)) return candidate.string();
   }
+  log::LogStream(log::Error, "findConf", "ku.path", __FILE__, __LINE__)
+      << "No configuration " << applicationName << "/" << fileName << " found; searched " << joined(folders)
+      << std::endl;
   return std::string();
 }
 
 std::string dataFolder() {
-  const fs::path build = fs::path(KU_BUILD_DATA_DIR).lexically_normal();
-  std::error_code error;
-  if (runningFromBuildFolder() && fs::is_directory(build, error)) return withoutSlash(build.string());
-  return withoutSlash(fs::path(KU_INSTALLED_DATA_DIR).lexically_normal().string());
+  const std::vector<std::string> folders = dataCandidates();
+  for (const std::string& folder : folders) {
+    std::error_code error;
+    if (fs::is_directory(folder, error)) return folder;
+  }
+  log::LogStream(log::Error, "dataFolder", "ku.path", __FILE__, __LINE__)
+      << "No data folder found; searched " << joined(folders) << std::endl;
+  return folders.front();
 }
 
 std::string userWritableDataPath(const std::string& applicationName, const std::string& fileName) {

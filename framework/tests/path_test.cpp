@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "ku/log.h"
+#include "ku/record_capture.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -73,14 +76,32 @@ TEST_F(XdgFolders, FindsDirectories) {
 
 TEST_F(XdgFolders, SearchOrderEndsWithProjectData) {
   const auto folders = ku::path::configSearchFolders();
-  ASSERT_GE(folders.size(), 4u);
+  ASSERT_EQ(folders.size(), 5u);
   EXPECT_EQ(folders[0], (m_root / "home").string() + "/");
   EXPECT_EQ(folders[1], (m_root / "sys1").string() + "/");
   EXPECT_EQ(folders[2], (m_root / "sys2").string() + "/");
-  EXPECT_NE(folders[3].find("render_widget/config/"), std::string::npos);
-  // This test program runs from the build folder, so the staged media come last.
-  ASSERT_EQ(folders.size(), 5u);
+  // The data beside the library, which for this test program is the data
+  // staged in the build folder, then the configured installation prefix.
+  EXPECT_EQ(folders[3], fs::path(KU_TEST_BUILD_DATA_DIR).lexically_normal().string() + "/config/");
   EXPECT_NE(folders[4].find("render_widget/config/"), std::string::npos);
+}
+
+TEST_F(XdgFolders, NothingFoundNamesEveryFolderSearched) {
+  ku::log::RecordCapture captured;
+  EXPECT_EQ(ku::path::findConf("no_such_application_xyz", "ogre"), "");
+  ASSERT_EQ(captured.count(ku::log::Error, "ku.path"), 1);
+  const std::string text = captured.records().front().text;
+  EXPECT_NE(text.find("no_such_application_xyz/ogre"), std::string::npos) << text;
+  for (const std::string& folder : ku::path::configSearchFolders()) {
+    EXPECT_NE(text.find(folder), std::string::npos) << folder << " missing from: " << text;
+  }
+}
+
+TEST_F(XdgFolders, FoundConfigurationLogsNothing) {
+  touch("home", "app", "conf");
+  ku::log::RecordCapture captured;
+  EXPECT_FALSE(ku::path::findConf("app", "conf").empty());
+  EXPECT_TRUE(captured.records().empty());
 }
 
 TEST_F(XdgFolders, UnsetConfigHomeFallsBackToDotConfig) {

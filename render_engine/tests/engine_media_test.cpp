@@ -10,6 +10,7 @@
 #include <OgreRenderWindow.h>
 #include <OgreResourceGroupManager.h>
 #include <OgreRoot.h>
+#include <OgreGpuProgram.h>
 #include <OgreTechnique.h>
 #include <OgreTextureUnitState.h>
 
@@ -50,10 +51,23 @@ TEST(EngineMedia, FontAndSkyResolveOnceResourcesAreInitialised) {
   ASSERT_TRUE(sky);
   sky->load();
   ASSERT_TRUE(sky->isLoaded());
-  Ogre::Pass* pass = sky->getTechnique(0)->getPass(0);
+  ASSERT_EQ(sky->getNumTechniques(), 2u);
+  // The gradient computed per pixel, used wherever GLSL runs (Mesa does).
+  Ogre::Technique* computed = sky->getTechnique(0);
+  EXPECT_EQ(sky->getBestTechnique(), computed);
+  Ogre::Pass* pass = computed->getPass(0);
   EXPECT_FALSE(pass->getLightingEnabled());
   EXPECT_FALSE(pass->getDepthWriteEnabled());
-  Ogre::TextureUnitState* unit = pass->getTextureUnitState(0);
+  EXPECT_EQ(pass->getNumTextureUnitStates(), 0u);
+  ASSERT_TRUE(pass->hasVertexProgram());
+  ASSERT_TRUE(pass->hasFragmentProgram());
+  EXPECT_TRUE(pass->getFragmentProgram()->isSupported()) << "the fragment program compiles";
+  // The fallback: the generated faces as a cube map.
+  Ogre::Pass* fallback = sky->getTechnique(1)->getPass(0);
+  EXPECT_FALSE(fallback->getLightingEnabled());
+  EXPECT_FALSE(fallback->getDepthWriteEnabled());
+  EXPECT_FALSE(fallback->hasFragmentProgram());
+  Ogre::TextureUnitState* unit = fallback->getTextureUnitState(0);
   EXPECT_EQ(unit->getTextureType(), Ogre::TEX_TYPE_CUBE_MAP);
   ASSERT_TRUE(unit->_getTexturePtr());
   EXPECT_TRUE(unit->_getTexturePtr()->isLoaded()) << "the six faces load";

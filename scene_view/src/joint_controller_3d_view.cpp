@@ -52,13 +52,14 @@ std::vector<std::string> JointController3DView::restingMaterials() const {
 }
 
 void JointController3DView::visibilityChanged() {
-  if (m_marker) m_marker->setVisible(m_visible && m_showsCommand);
+  if (m_marker) m_marker->setVisible(shown() && m_showsCommand);
 }
 
 void JointController3DView::updateCommandMarker() {
   const bool hasCommand = m_controller->hasCommand() && m_controller->actuator();
-  if (hasCommand && m_markerNode) {
-    const float angle = m_controller->commandTarget() - m_controller->actuator()->m_value;
+  const float angle = hasCommand ? m_controller->commandTarget() - m_controller->actuator()->m_value : 0.0f;
+  // A position written into the actuator that is not finite waits for the next step to repair it.
+  if (hasCommand && m_markerNode && std::isfinite(angle)) {
     m_markerNode->setPosition(m_ringRadius * std::cos(angle), m_ringRadius * std::sin(angle), 0.0f);
   }
   if (hasCommand != m_showsCommand) {

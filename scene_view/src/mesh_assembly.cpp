@@ -10,19 +10,29 @@
 namespace VX::NextGenView {
 namespace {
 
-// One interleaved buffer: position then normal, three floats each.
+// One interleaved buffer of floats: position and normal, then the vertex
+// colour and the texture coordinates when the triangles have them.
 Ogre::HardwareVertexBufferSharedPtr createVertexBuffer(Ogre::VertexData* vertexData, const TriangleMesh& triangles) {
   Ogre::VertexDeclaration* declaration = vertexData->vertexDeclaration;
+  const bool coloured = triangles.colours.size() == triangles.positions.size();
+  const bool textured = triangles.texCoords.size() == triangles.positions.size();
   std::size_t offset = 0;
   offset += declaration->addElement(0, offset, Ogre::VET_FLOAT3, Ogre::VES_POSITION).getSize();
   offset += declaration->addElement(0, offset, Ogre::VET_FLOAT3, Ogre::VES_NORMAL).getSize();
+  if (coloured) offset += declaration->addElement(0, offset, Ogre::VET_FLOAT4, Ogre::VES_DIFFUSE).getSize();
+  if (textured) offset += declaration->addElement(0, offset, Ogre::VET_FLOAT2, Ogre::VES_TEXTURE_COORDINATES).getSize();
 
   std::vector<float> data;
-  data.reserve(triangles.positions.size() * 6);
+  data.reserve(triangles.positions.size() * offset / sizeof(float));
   for (std::size_t i = 0; i < triangles.positions.size(); ++i) {
     const Ogre::Vector3& p = triangles.positions[i];
     const Ogre::Vector3& n = triangles.normals[i];
     data.insert(data.end(), {p.x, p.y, p.z, n.x, n.y, n.z});
+    if (coloured) {
+      const Ogre::ColourValue& c = triangles.colours[i];
+      data.insert(data.end(), {c.r, c.g, c.b, c.a});
+    }
+    if (textured) data.insert(data.end(), {triangles.texCoords[i].x, triangles.texCoords[i].y});
   }
   Ogre::HardwareVertexBufferSharedPtr buffer = Ogre::HardwareBufferManager::getSingleton().createVertexBuffer(
       offset, triangles.positions.size(), Ogre::HardwareBuffer::HBU_STATIC_WRITE_ONLY);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,6 +16,10 @@ struct MeshFilePart {
   TriangleMesh triangles;  // in the file's units and axes, node transforms applied
   bool hasColour = false;  // the file gives a diffuse colour
   Ogre::ColourValue colour = Ogre::ColourValue::White;
+  // The material's diffuse image, an absolute path (the file may be missing);
+  // empty when the material has none or the triangles have no texture coordinates.
+  std::string texture;
+  bool hasVertexColours() const { return !triangles.colours.empty(); }
 };
 
 struct MeshFileLoadResult {
@@ -23,9 +28,15 @@ struct MeshFileLoadResult {
 };
 
 // Reads mesh files (STL, COLLADA, OBJ and the other formats Assimp knows)
-// into triangles. A file shared by several links is read once.
+// into triangles, texture coordinates, vertex colours and material looks.
+// A file shared by several links is read once. A material whose opacity is
+// 0 is taken as opaque, with a warning: nobody means an invisible visual.
 class MeshFileLoader {
  public:
+  // Larger files are refused: a robot's meshes are far smaller, and a damaged
+  // size field must not make Assimp allocate without bound.
+  static constexpr std::uintmax_t a_maxFileBytes = 64u << 20;
+
   const MeshFileLoadResult& load(const std::string& path);
 
  private:

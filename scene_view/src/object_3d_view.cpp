@@ -15,7 +15,20 @@ Object3DView::~Object3DView() = default;
 
 void Object3DView::setVisible(bool visible) {
   m_visible = visible;
-  if (m_entity) m_entity->setVisible(visible);
+  applyVisibility();
+}
+
+void Object3DView::setShownByScene(bool shown) {
+  if (m_shownByScene == shown) return;
+  m_shownByScene = shown;
+  applyVisibility();
+}
+
+void Object3DView::applyVisibility() {
+  if (m_entity) {
+    m_entity->setVisible(shown());
+    m_entity->setQueryFlags(m_shownByScene ? m_queryFlags : 0u);
+  }
   visibilityChanged();
 }
 
@@ -27,12 +40,16 @@ void Object3DView::attachEntity(Ogre::Entity* entity, const std::string& highlig
   for (unsigned i = 0; i < m_entity->getNumSubEntities(); ++i) {
     m_normalMaterials.push_back(m_entity->getSubEntity(i)->getMaterialName());
   }
-  m_entity->setVisible(m_visible);
+  m_queryFlags = m_entity->getQueryFlags();
+  m_entity->setVisible(shown());
+  if (!m_shownByScene) m_entity->setQueryFlags(0u);
   applyLook();
 }
 
 void Object3DView::refresh() {
-  if (m_frame && m_node) updatePose();
+  // A pose that is not finite would trip OGRE's assertions: the node keeps its
+  // last pose (the world model reports where the bad number came from).
+  if (m_frame && m_node && m_frame->globalTransform().isometry().matrix().allFinite()) updatePose();
   if (m_changed) {
     applyLook();
     m_changed = false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <sstream>
+#include <vector>
 
 #include <OgreEntity.h>
 #include <OgreSceneManager.h>
@@ -14,6 +15,7 @@
 
 #include "link_geometry.h"
 #include "ogre_conversions.h"
+#include "ring_sizing.h"
 #include "scene_assets.h"
 #include "scene_view/joint_controller_3d_view.h"
 #include "scene_view/link_3d_view.h"
@@ -23,9 +25,6 @@ namespace VX::NextGenView {
 namespace {
 
 const char* const a_category = "rdr.scene";
-// Rings are this fraction of the robot's size: about 4 cm on a 55 cm robot.
-const float a_ringToRobotSize = 0.07f;
-const float a_defaultRingRadius = 0.04f;
 // Rings sharing a joint centre nest, each this much larger than the last.
 const float a_nestedRingGrowth = 0.2f;
 const float a_sameCentre = 1e-3f;
@@ -54,17 +53,28 @@ RobotScene::~RobotScene() { destroy(); }
 void RobotScene::build(SceneAssets& assets) {
   m_built = true;
   int renamed = 0;
-  for (const auto& view : m_links) renamed += buildLink(*view, assets) ? 1 : 0;
-  const float radius = ringRadius();
+  m_visualMeshes.assign(m_links.size(), Ogre::MeshPtr());
+  m_collisionMeshes.assign(m_links.size(), Ogre::MeshPtr());
+  m_visualMeshesMade.assign(m_links.size(), false);
+  m_collisionMeshesMade.assign(m_links.size(), false);
+  for (std::size_t i = 0; i < m_links.size(); ++i) renamed += buildLink(i, assets) ? 1 : 0;
+  const float robotExtent = robotExtentOfLinks();
+  std::vector<float> radii;  // of the rings built so far, in controller order
   for (const auto& view : m_controllers) {
-    // Count the rings already around the same centre (a shoulder's pitch and roll).
+    const float own = RingSizing::radius(robotExtent, linkExtent(m_robot->turnedLink(view->jointController())));
+    // Rings around the same centre (a shoulder's pitch and roll) nest: each
+    // is a fifth of its own size larger than the largest one inside it.
     const Eigen::Vector3f centre = view->jointController()->rotationCenter();
     int nested = 0;
-    for (const auto& other : m_controllers) {
-      if (other == view) break;
-      if ((other->jointController()->rotationCenter() - centre).norm() < a_sameCentre) ++nested;
+    float inner = 0.0f;
+    for (std::size_t i = 0; i < radii.size(); ++i) {
+      if ((m_controllers[i]->jointController()->rotationCenter() - centre).norm() >= a_sameCentre) continue;
+      ++nested;
+      inner = std::max(inner, radii[i]);
     }
-    renamed += buildRing(*view, radius * (1.0f + a_nestedRingGrowth * nested), assets) ? 1 : 0;
+    const float radius = std::max(own * (1.0f + a_nestedRingGrowth * nested), inner + a_nestedRingGrowth * own);
+    radii.push_back(radius);
+    renamed += buildRing(*view, radius, assets) ? 1 : 0;
   }
   if (renamed > 0) {
     // Entity names are unique in OGRE: a second robot of the same model gets suffixed names.
@@ -76,17 +86,42 @@ void RobotScene::build(SceneAssets& assets) {
   refresh();
 }
 
-bool RobotScene::buildLink(Link3DView& view, SceneAssets& assets) {
+// The mesh of the link's visuals, or of its collision geometry while that
+// is shown; made once.
+Ogre::MeshPtr RobotScene::linkMesh(std::size_t index, SceneAssets& assets) {
+  std::vector<Ogre::MeshPtr>& meshes = m_collisionsShown ? m_collisionMeshes : m_visualMeshes;
+  std::vector<bool>& made = m_collisionsShown ? m_collisionMeshesMade : m_visualMeshesMade;
+  if (made[index]) return meshes[index];
+  made[index] = true;
+  const Link& link = *m_links[index]->link();
+  std::vector<std::string> problems;
+  std::vector<std::string> notes;
+  const MeshAssembly geometry =
+      m_collisionsShown
+          ? LinkGeometry::assembleCollisions(link, assets.materials().collision(), assets.meshFiles(), problems)
+          : LinkGeometry::assemble(link, assets.materials(), assets.meshFiles(), problems, notes);
+  for (const std::string& problem : problems) {
+    warn("buildLink", (m_collisionsShown ? "Collision not shown: " : "Visual not shown: ") + problem);
+  }
+  for (const std::string& note : notes) warn("buildLink", "Look not shown: " + note);
+  if (geometry.empty()) {
+    if (!m_collisionsShown) warn("buildLink", "Link " + link.name() + " has nothing to show; it gets no entity");
+    return meshes[index];
+  }
+  meshes[index] = geometry.create(assets.uniqueMeshName(link.name()), assets.group());
+  return meshes[index];
+}
+
+bool RobotScene::buildLink(std::size_t index, SceneAssets& assets) {
+  Link3DView& view = *m_links[index];
   const Link& link = *view.link();
   try {
-    std::vector<std::string> problems;
-    const MeshAssembly geometry = LinkGeometry::assemble(link, assets.materials(), assets.meshFiles(), problems);
-    for (const std::string& problem : problems) warn("buildLink", "Visual not shown: " + problem);
-    if (geometry.empty()) {
-      warn("buildLink", "Link " + link.name() + " has nothing to show; it gets no entity");
-      return false;
+    if (Ogre::Entity* old = view.entity()) {
+      view.attachEntity(nullptr, {});
+      m_sceneManager->destroyEntity(old);
     }
-    const Ogre::MeshPtr mesh = geometry.create(assets.uniqueMeshName(link.name()), assets.group());
+    const Ogre::MeshPtr mesh = linkMesh(index, assets);
+    if (!mesh) return false;
     const std::string name = assets.freeEntityName(link.name());
     Ogre::Entity* entity = m_sceneManager->createEntity(name, mesh->getName(), assets.group());
     entity->setQueryFlags(a_pickableQueryFlag);
@@ -98,6 +133,19 @@ bool RobotScene::buildLink(Link3DView& view, SceneAssets& assets) {
         << "Cannot build link " << link.name() << ": " << exception.what() << std::endl;
   }
   return false;
+}
+
+void RobotScene::setCollisionGeometryShown(bool shown, SceneAssets* assets) {
+  if (shown == m_collisionsShown) return;
+  m_collisionsShown = shown;
+  if (!m_built || !assets) return;
+  for (std::size_t i = 0; i < m_links.size(); ++i) buildLink(i, *assets);
+  refresh();
+}
+
+void RobotScene::setRingsShown(bool shown) {
+  m_ringsShown = shown;
+  for (const auto& view : m_controllers) view->setShownByScene(shown);
 }
 
 bool RobotScene::buildRing(JointController3DView& view, float radius, SceneAssets& assets) {
@@ -125,8 +173,18 @@ bool RobotScene::buildRing(JointController3DView& view, float radius, SceneAsset
   return false;
 }
 
+namespace {
+
+float largestSide(const Ogre::AxisAlignedBox& bounds) {
+  if (!bounds.isFinite()) return 0.0f;
+  const Ogre::Vector3 size = bounds.getSize();
+  return std::max({size.x, size.y, size.z});
+}
+
+}  // namespace
+
 // The largest extent of the robot's link meshes, posed as the model stands.
-float RobotScene::ringRadius() const {
+float RobotScene::robotExtentOfLinks() const {
   Ogre::AxisAlignedBox bounds;
   for (const auto& view : m_links) {
     if (!view->entity()) continue;
@@ -134,10 +192,15 @@ float RobotScene::ringRadius() const {
     linkBounds.transform(toOgreMatrix(view->link()->globalTransform()));
     bounds.merge(linkBounds);
   }
-  if (!bounds.isFinite() || bounds.isNull()) return a_defaultRingRadius;
-  const Ogre::Vector3 size = bounds.getSize();
-  const float extent = std::max({size.x, size.y, size.z});
-  return extent > 0.0f ? std::clamp(extent * a_ringToRobotSize, 0.005f, 1.0f) : a_defaultRingRadius;
+  return largestSide(bounds);
+}
+
+// The largest side of a link's own mesh; 0 when it has none.
+float RobotScene::linkExtent(const boost::shared_ptr<Link>& link) const {
+  for (const auto& view : m_links) {
+    if (view->link() == link && view->entity()) return largestSide(view->entity()->getMesh()->getBounds());
+  }
+  return 0.0f;
 }
 
 void RobotScene::refresh() {

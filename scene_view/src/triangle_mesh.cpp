@@ -14,6 +14,16 @@ void TriangleMesh::append(const TriangleMesh& other, const Ogre::Matrix4& transf
     normal.normalise();
     normals.push_back(normal);
   }
+  if (!texCoords.empty() || !other.texCoords.empty()) {
+    texCoords.resize(base, Ogre::Vector2::ZERO);
+    texCoords.insert(texCoords.end(), other.texCoords.begin(), other.texCoords.end());
+    texCoords.resize(positions.size(), Ogre::Vector2::ZERO);
+  }
+  if (!colours.empty() || !other.colours.empty()) {
+    colours.resize(base, Ogre::ColourValue::White);
+    colours.insert(colours.end(), other.colours.begin(), other.colours.end());
+    colours.resize(positions.size(), Ogre::ColourValue::White);
+  }
   // A mirroring transform turns counter-clockwise triangles clockwise.
   const bool mirrored = linear.Determinant() < 0;
   for (std::size_t i = 0; i + 2 < other.indices.size(); i += 3) {

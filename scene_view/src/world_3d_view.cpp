@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include <OgreEntity.h>
+#include <OgreMesh.h>
 #include <OgreRoot.h>
 #include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
@@ -37,6 +39,8 @@ struct World3DView::Impl {
   Ogre::SceneNode* rootNode = nullptr;
   std::vector<std::unique_ptr<RobotScene>> robots;  // in the world's order
   std::unique_ptr<SceneAssets> assets;              // once the render system is ready
+  bool ringsShown = true;
+  bool collisionsShown = false;
 
   ~Impl() {
     // Entities before the meshes and materials they use; the engine (and so
@@ -61,6 +65,8 @@ struct World3DView::Impl {
         synced.push_back(std::move(*existing));
       } else {
         synced.push_back(std::make_unique<RobotScene>(robot, sceneManager, rootNode));
+        synced.back()->setRingsShown(ringsShown);
+        synced.back()->setCollisionGeometryShown(collisionsShown, assets.get());
       }
     }
     robots = std::move(synced);  // scenes of removed robots are destroyed here
@@ -139,9 +145,60 @@ std::deque<boost::shared_ptr<JointController3DView>> World3DView::jointControlle
   return views;
 }
 
+namespace {
+
+// The box of a link view's mesh, placed by its node's pose of the last update.
+void mergeLinkBounds(const Link3DView& view, const Ogre::Affine3& toFrame, Ogre::AxisAlignedBox& bounds) {
+  if (!view.entity() || !view.sceneNode()) return;
+  Ogre::AxisAlignedBox linkBounds = view.entity()->getMesh()->getBounds();
+  linkBounds.transform(toFrame * view.sceneNode()->_getFullTransform());
+  bounds.merge(linkBounds);
+}
+
+}  // namespace
+
+Ogre::AxisAlignedBox World3DView::boundingBox(const Ogre::Affine3& toFrame) const {
+  Ogre::AxisAlignedBox bounds;
+  for (const auto& view : linkViews()) {
+    if (view) mergeLinkBounds(*view, toFrame, bounds);
+  }
+  return bounds;
+}
+
+Ogre::AxisAlignedBox World3DView::robotBoundingBox(const boost::shared_ptr<Robot>& robot) const {
+  Ogre::AxisAlignedBox bounds;
+  for (const auto& scene : m_impl->robots) {
+    if (scene->robot() != robot) continue;
+    for (const auto& view : scene->linkViews()) {
+      if (view) mergeLinkBounds(*view, Ogre::Affine3::IDENTITY, bounds);
+    }
+  }
+  return bounds;
+}
+
 void World3DView::showJointControllers() {
   for (const auto& view : jointControllerViews()) view->setVisible(true);
 }
+
+void World3DView::setJointControllersShown(bool shown) {
+  m_impl->ringsShown = shown;
+  for (const auto& scene : m_impl->robots) scene->setRingsShown(shown);
+}
+
+bool World3DView::jointControllersShown() const { return m_impl->ringsShown; }
+
+void World3DView::setCollisionGeometryShown(bool shown) {
+  Impl& impl = *m_impl;
+  impl.collisionsShown = shown;
+  try {
+    for (const auto& scene : impl.robots) scene->setCollisionGeometryShown(shown, impl.assets.get());
+    impl.rootNode->_update(true, false);
+  } catch (const std::exception& exception) {
+    logError("setCollisionGeometryShown", std::string("Cannot switch the geometry shown: ") + exception.what());
+  }
+}
+
+bool World3DView::collisionGeometryShown() const { return m_impl->collisionsShown; }
 
 boost::shared_ptr<World> World3DView::world() const { return m_impl->world; }
 Ogre::Root* World3DView::getOgreRoot() const { return m_impl->engine ? m_impl->engine->root() : nullptr; }

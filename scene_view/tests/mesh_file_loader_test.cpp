@@ -1,5 +1,7 @@
 // Mesh files through Assimp: STL, OBJ with its material colour, COLLADA in
-// its own units and axes; unreadable files give an error, not a crash.
+// its own units and axes (whatever its up axis), texture coordinates and
+// textures, vertex colours, zero opacity; unreadable files give an error,
+// not a crash.
 #include <gtest/gtest.h>
 
 #include <OgreAxisAlignedBox.h>
@@ -54,6 +56,71 @@ TEST(MeshFileLoader, ReadsColladaInMetresWithoutTurningItsUpAxis) {
   EXPECT_TRUE(box.getMinimum().positionEquals(Ogre::Vector3::ZERO, 1e-5f)) << box;
   EXPECT_TRUE(triangle.parts[0].hasColour);
   EXPECT_NEAR(triangle.parts[0].colour.g, 0.8f, 1e-4f);
+}
+
+TEST(MeshFileLoader, ColladaUpAxisIsIgnoredAndItsUnitKept) {
+  // The same triangle, once in millimetres authored Z-up, once in centimetres authored Y-up.
+  MeshFileLoader loader;
+  const MeshFileLoadResult& zUp = loader.load(a_data + "/triangle_mm_zup.dae");
+  const MeshFileLoadResult& yUp = loader.load(a_data + "/triangle_cm_yup.dae");
+  ASSERT_EQ(zUp.error, "");
+  ASSERT_EQ(yUp.error, "");
+  ASSERT_EQ(zUp.parts.size(), 1u);
+  ASSERT_EQ(yUp.parts.size(), 1u);
+  const TriangleMesh& a = zUp.parts[0].triangles;
+  const TriangleMesh& b = yUp.parts[0].triangles;
+  ASSERT_EQ(a.positions.size(), 3u);
+  ASSERT_EQ(b.positions.size(), 3u);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_TRUE(a.positions[i].positionEquals(b.positions[i], 1e-6f)) << i << ": " << a.positions[i] << " " << b.positions[i];
+  }
+  EXPECT_EQ(a.indices, b.indices);
+  EXPECT_TRUE(boundsOf(yUp).getMaximum().positionEquals(Ogre::Vector3(0.05f, 0.0f, 0.1f), 1e-6f)) << boundsOf(yUp);
+}
+
+TEST(MeshFileLoader, ZeroOpacityIsTakenAsOpaque) {
+  MeshFileLoader loader;
+  const MeshFileLoadResult& quad = loader.load(a_data + "/looks/zero_opacity_quad.dae");
+  ASSERT_EQ(quad.error, "");
+  ASSERT_EQ(quad.parts.size(), 1u);
+  EXPECT_TRUE(quad.parts[0].hasColour);
+  EXPECT_FLOAT_EQ(quad.parts[0].colour.a, 1.0f);
+  EXPECT_FLOAT_EQ(quad.parts[0].colour.r, 1.0f);
+  EXPECT_FLOAT_EQ(quad.parts[0].colour.g, 0.0f);
+}
+
+TEST(MeshFileLoader, ReadsTextureCoordinatesAndTheTextureNextToTheMesh) {
+  MeshFileLoader loader;
+  for (const char* file : {"/looks/textured_quad.obj", "/looks/textured_quad.dae"}) {
+    const MeshFileLoadResult& quad = loader.load(a_data + file);
+    ASSERT_EQ(quad.error, "") << file;
+    ASSERT_EQ(quad.parts.size(), 1u) << file;
+    const TriangleMesh& triangles = quad.parts[0].triangles;
+    ASSERT_EQ(triangles.texCoords.size(), triangles.positions.size()) << file;
+    // u along +Y; v down the image, as OGRE reads it: the top edge (+Z) has v = 0.
+    for (std::size_t i = 0; i < triangles.positions.size(); ++i) {
+      EXPECT_NEAR(triangles.texCoords[i].x, triangles.positions[i].y > 0 ? 1.0f : 0.0f, 1e-5f) << file;
+      EXPECT_NEAR(triangles.texCoords[i].y, triangles.positions[i].z > 0 ? 0.0f : 1.0f, 1e-5f) << file;
+    }
+  }
+  EXPECT_EQ(loader.load(a_data + "/looks/textured_quad.obj").parts[0].texture, a_data + "/looks/red_green.png");
+  EXPECT_EQ(loader.load(a_data + "/looks/textured_quad.dae").parts[0].texture, a_data + "/looks/blue_yellow.png");
+  EXPECT_EQ(loader.load(a_data + "/looks/uv_quad.obj").parts[0].texture, "");
+}
+
+TEST(MeshFileLoader, ReadsVertexColours) {
+  MeshFileLoader loader;
+  const MeshFileLoadResult& quad = loader.load(a_data + "/looks/vertex_colours.ply");
+  ASSERT_EQ(quad.error, "");
+  ASSERT_EQ(quad.parts.size(), 1u);
+  const TriangleMesh& triangles = quad.parts[0].triangles;
+  ASSERT_TRUE(quad.parts[0].hasVertexColours());
+  ASSERT_EQ(triangles.colours.size(), triangles.positions.size());
+  for (std::size_t i = 0; i < triangles.positions.size(); ++i) {
+    const Ogre::ColourValue wanted = triangles.positions[i].y < 0 ? Ogre::ColourValue::Red : Ogre::ColourValue::Blue;
+    EXPECT_EQ(triangles.colours[i], wanted) << i;
+  }
+  EXPECT_FALSE(loader.load(a_data + "/cube.stl").parts[0].hasVertexColours());
 }
 
 TEST(MeshFileLoader, ReportsMissingAndBrokenFiles) {

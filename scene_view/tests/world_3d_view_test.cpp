@@ -264,6 +264,36 @@ TEST_F(World3DViewTest, VisibilityAndShowingJointControllersAgain) {
   EXPECT_TRUE(marker->isVisible());
 }
 
+TEST_F(World3DViewTest, HiddenJointRingsStayHiddenAndOutOfQueries) {
+  EXPECT_TRUE(view->jointControllersShown()) << "shown by default";
+  view->setJointControllersShown(false);  // before the entities exist: it holds for them
+  openWindow();
+  const auto rings = view->jointControllerViews();
+  ASSERT_FALSE(rings.empty());
+  rings.front()->jointController()->addRelativeCommand(0.3f);
+  view->showJointControllers();
+  rings.front()->setVisible(true);
+  view->update();
+  for (const auto& ring : rings) {
+    EXPECT_FALSE(ring->entity()->isVisible()) << ring->frame()->name();
+    EXPECT_EQ(ring->entity()->getQueryFlags() & a_pickableQueryFlag, 0u) << ring->frame()->name();
+  }
+  EXPECT_FALSE(rings.front()->commandMarkerNode()->getAttachedObject(0)->isVisible());
+  for (const auto& link : view->linkViews()) EXPECT_TRUE(link->entity()->isVisible()) << "links are not rings";
+
+  view->setJointControllersShown(true);
+  for (const auto& ring : rings) {
+    EXPECT_TRUE(ring->entity()->isVisible()) << ring->frame()->name();
+    EXPECT_EQ(ring->entity()->getQueryFlags(), a_pickableQueryFlag) << ring->frame()->name();
+  }
+  EXPECT_TRUE(rings.front()->commandMarkerNode()->getAttachedObject(0)->isVisible());
+  // A ring hidden on its own stays so when the switch shows the others again.
+  view->setJointControllersShown(false);
+  rings.back()->setVisible(false);
+  view->setJointControllersShown(true);
+  EXPECT_FALSE(rings.back()->entity()->isVisible());
+}
+
 TEST_F(World3DViewTest, VisibilitySetBeforeTheWindowHolds) {
   view->linkViews().front()->setVisible(false);
   openWindow();

@@ -11,6 +11,8 @@
 #include "motor_command_applier.h"
 #include "support/test_world.h"
 
+#include <boost/make_shared.hpp>
+
 namespace {
 
 using VX::NextGenView::Actuator;
@@ -63,6 +65,48 @@ TEST(JointSliderPanel, FollowsCommandsWithoutAskingAgain) {
   panel.onCommandsApplied({"HeadPitch", "NoSuchJoint"}, {-0.25f, 1.0f});
   EXPECT_FLOAT_EQ(panel.sliderValue("HeadPitch"), -0.25f);
   EXPECT_EQ(requested.count(), 0);
+}
+
+class GripperSliders : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const auto loaded = VX::NextGenView::Robot::loadFromUrdfFile(VIEWER_TEST_DATA "/gripper/gripper.urdf");
+    ASSERT_TRUE(loaded.robot) << loaded.error;
+    m_robot = loaded.robot;
+    m_world->addRobot(m_robot);
+  }
+  boost::shared_ptr<VX::NextGenView::World> m_world = boost::make_shared<VX::NextGenView::World>();
+  boost::shared_ptr<VX::NextGenView::Robot> m_robot;
+};
+
+TEST_F(GripperSliders, MimicJointsHaveNoSlider) {
+  JointSliderPanel panel(m_world);
+  EXPECT_EQ(panel.actuatorNames(), (QStringList{"finger_left_joint", "lift", "wrist"}));
+  EXPECT_EQ(panel.slider("finger_right_joint"), nullptr);
+}
+
+TEST_F(GripperSliders, PrismaticJointsSlideInMillimetres) {
+  JointSliderPanel panel(m_world);
+  MotorCommandApplier applier(m_world);
+  QObject::connect(&panel, &JointSliderPanel::commandRequested, &applier, &MotorCommandApplier::onCommandRequested);
+  QSlider* lift = panel.slider("lift");
+  ASSERT_NE(lift, nullptr);
+  // 0 to 300 mm in tenths of a millimetre.
+  EXPECT_EQ(lift->minimum(), 0);
+  EXPECT_EQ(lift->maximum(), 3000);
+  EXPECT_EQ(lift->toolTip(), "lift: 0.0 to 300.0 mm");
+  EXPECT_EQ(panel.shownValue("lift"), "0.0 mm");
+  EXPECT_EQ(panel.slider("finger_left_joint")->minimum(), -100);
+  QSignalSpy requested(&panel, &JointSliderPanel::commandRequested);
+  lift->setValue(1255);
+  ASSERT_EQ(requested.count(), 1);
+  EXPECT_FLOAT_EQ(requested.at(0).at(1).toFloat(), 0.1255f) << "commands are in metres";
+  EXPECT_FLOAT_EQ(m_robot->actuator("lift")->command(), 0.1255f);
+  EXPECT_EQ(panel.shownValue("lift"), "125.5 mm");
+  EXPECT_FLOAT_EQ(panel.sliderValue("lift"), 0.1255f);
+  // Turning joints keep degrees.
+  panel.slider("wrist")->setValue(500);
+  EXPECT_EQ(panel.shownValue("wrist"), "28.6°");
 }
 
 }  // namespace

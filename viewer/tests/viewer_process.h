@@ -16,11 +16,13 @@ struct ViewerRun {
 
 // The test process's environment (its own scratch settings), with
 // XDG_CONFIG_HOME replaced when configHome is given.
+// The variables named in `removed` are left out (e.g. DISPLAY).
 inline ViewerRun runViewer(const QStringList& arguments, const QString& configHome = QString(),
-                           int timeoutMs = 120000) {
+                           int timeoutMs = 120000, const QStringList& removed = QStringList()) {
   QProcess process;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   if (!configHome.isEmpty()) environment.insert("XDG_CONFIG_HOME", configHome);
+  for (const QString& name : removed) environment.remove(name);
   process.setProcessEnvironment(environment);
   process.setProcessChannelMode(QProcess::MergedChannels);
   process.start(VIEWER_EXECUTABLE, arguments);

@@ -77,6 +77,34 @@ TEST_F(ViewerProcess, ViewpointAndSizeChangeThePicture) {
   EXPECT_NE(frontPicture, topPicture);
 }
 
+TEST_F(ViewerProcess, CollisionAndNoRingsChangeThePicture) {
+  // A link whose visual box differs from its collision box, and one to its
+  // left on a hinge facing the camera (the start-up framing takes in both).
+  QFile urdf(path("collision.urdf"));
+  ASSERT_TRUE(urdf.open(QIODevice::WriteOnly));
+  urdf.write("<robot name='c'><link name='base'><visual><geometry><box size='0.2 0.2 0.2'/></geometry></visual>"
+             "<collision><geometry><box size='0.1 0.1 0.3'/></geometry></collision></link>"
+             "<link name='bumper'><visual><geometry><sphere radius='0.02'/></geometry></visual>"
+             "<collision><geometry><sphere radius='0.1'/></geometry></collision></link>"
+             "<joint name='hinge' type='revolute'><parent link='base'/><child link='bumper'/>"
+             "<origin xyz='0 0.3 0'/><axis xyz='1 0 0'/><limit lower='-1' upper='1' effort='1' velocity='1'/>"
+             "</joint></robot>");
+  urdf.close();
+  QImage pictures[3];
+  const QStringList extra[3] = {{}, {"--collision"}, {"--no-rings"}};
+  for (int i = 0; i < 3; ++i) {
+    const QString file = path(QString("switches%1.png").arg(i));
+    const ViewerRun run = runViewer(QStringList{"--screenshot", file, "--size", "320x240"} + extra[i] +
+                                        QStringList{path("collision.urdf")},
+                                    configHome());
+    ASSERT_EQ(run.exitCode, 0) << describe(run);
+    pictures[i] = QImage(file);
+    ASSERT_FALSE(pictures[i].isNull());
+  }
+  EXPECT_NE(pictures[0], pictures[1]) << "--collision shows the collision shapes";
+  EXPECT_NE(pictures[0], pictures[2]) << "--no-rings hides the hinge's ring";
+}
+
 TEST_F(ViewerProcess, Shows2DPictureView) {
   const ViewerRun run = runViewer({"--2d", "--screenshot", path("flat.png")}, configHome());
   ASSERT_EQ(run.exitCode, 0) << describe(run);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <scene_view/world_3d_view.h>
+
 #include <cmath>
 
 #include <QAction>
@@ -67,6 +69,8 @@ TEST_F(ViewerWindow2d, BecomesReadyOnceShownAndOffersNo3DActions) {
   QTRY_VERIFY(m_window.isViewReady());
   EXPECT_TRUE(m_window.container()->view()->m_initialized);
   EXPECT_FALSE(m_window.goToViewpoint("Top"));
+  EXPECT_FALSE(m_window.collisionGeometryAction()->isEnabled());
+  EXPECT_FALSE(m_window.jointRingsAction()->isEnabled());
   for (QAction* action : m_window.findChildren<QAction*>()) {
     if (action->text().contains("controllers") || action->text().contains("without background")) {
       EXPECT_FALSE(action->isEnabled()) << action->text().toStdString();
@@ -129,6 +133,33 @@ TEST(ViewerWindow3d, OffersTheCameraViewpointsAndTheViewsSwitches) {
   EXPECT_FLOAT_EQ(headYaw->command(), 0.4f);
   EXPECT_FLOAT_EQ(window.sliderPanel()->sliderValue("HeadYaw"), 0.4f);
   QTRY_VERIFY_WITH_TIMEOUT(std::abs(headYaw->m_value - 0.4f) < 1e-4f, 5000);
+
+  // View › Collision geometry and View › Joint rings reach the scene.
+  ASSERT_NE(view->worldView(), nullptr);
+  ASSERT_TRUE(window.collisionGeometryAction()->isEnabled());
+  EXPECT_FALSE(window.collisionGeometryAction()->isChecked());
+  EXPECT_TRUE(window.jointRingsAction()->isChecked());
+  window.collisionGeometryAction()->trigger();
+  window.jointRingsAction()->trigger();
+  EXPECT_TRUE(view->worldView()->collisionGeometryShown());
+  EXPECT_FALSE(view->worldView()->jointControllersShown());
+  window.collisionGeometryAction()->trigger();
+  window.jointRingsAction()->trigger();
+  EXPECT_FALSE(view->worldView()->collisionGeometryShown());
+  EXPECT_TRUE(view->worldView()->jointControllersShown());
+  // View › Render only on change: on from the start, and it switches the container.
+  QAction* renderOnChange = nullptr;
+  for (QAction* action : window.findChildren<QAction*>()) {
+    if (action->text() == "&Render only on change") renderOnChange = action;
+  }
+  ASSERT_NE(renderOnChange, nullptr);
+  EXPECT_TRUE(renderOnChange->isCheckable());
+  EXPECT_TRUE(renderOnChange->isChecked());
+  EXPECT_TRUE(window.container()->renderOnDemand());
+  renderOnChange->trigger();
+  EXPECT_FALSE(window.container()->renderOnDemand());
+  renderOnChange->trigger();
+  EXPECT_TRUE(window.container()->renderOnDemand());
 
   window.onUse3DControllerToggled(true);
   EXPECT_EQ(QSettings().value(VX::WorldViewContainer::a_use3DControllerForMotorsKey), QVariant(true));

@@ -54,6 +54,7 @@ RobotLoadResult RobotBuilder::build(const UrdfOutline& outline, const urdf::Mode
 
   robot.m_basePosition = outline.annotations.basePosition;
   robot.m_heading = outline.annotations.baseHeading;
+  robot.m_baseGiven = outline.annotations.baseGiven;
   robot.updateKinematics();
   return RobotLoadResult{builder.m_robot, std::string()};
 }
@@ -81,14 +82,22 @@ static bool isFinite(const Visual& visual) {
 
 // Root first, then each joint's child in the order of the joints.
 std::string RobotBuilder::addLinks() {
+  MeshPathResolver meshPaths(m_baseFolder);
   std::vector<std::string> names{m_outline.rootLink};
   for (const UrdfJointOutline* joint : jointsFromRoot()) names.push_back(joint->child);
   for (const std::string& name : names) {
     const urdf::LinkConstSharedPtr source = m_model.getLink(name);
     if (!source) return "the URDF parser has no link \"" + name + "\"";
-    boost::shared_ptr<Link> link(new Link(name, convertVisuals(*source, m_outline.materialColors, m_baseFolder)));
+    boost::shared_ptr<Link> link(
+        new Link(name, convertVisuals(*source, m_outline.materialColors, m_outline.materialTextures, meshPaths),
+                 convertCollisions(*source, meshPaths)));
     for (const Visual& visual : link->visuals()) {
       if (!isFinite(visual)) return "the link \"" + name + "\" has a visual whose origin or size is not a finite number";
+    }
+    for (const Visual& collision : link->collisions()) {
+      if (!isFinite(collision)) {
+        return "the link \"" + name + "\" has a collision whose origin or size is not a finite number";
+      }
     }
     m_linksByName[name] = link;
     m_robot->m_links.push_back(link);
@@ -101,7 +110,19 @@ std::string RobotBuilder::addJoints() {
     const std::string error = addJoint(*joint);
     if (!error.empty()) return error;
   }
+  linkMimicJoints();
+  sortDescriptionsByDocument();
   return {};
+}
+
+void RobotBuilder::sortDescriptionsByDocument() {
+  std::vector<JointDescription> sorted;
+  for (const UrdfJointOutline& joint : m_outline.joints) {
+    for (const JointDescription& description : m_robot->m_jointDescriptions) {
+      if (description.name == joint.name) sorted.push_back(description);
+    }
+  }
+  m_robot->m_jointDescriptions = std::move(sorted);
 }
 
 std::string RobotBuilder::addJoint(const UrdfJointOutline& source) {
@@ -115,31 +136,111 @@ std::string RobotBuilder::addJoint(const UrdfJointOutline& source) {
   const std::string where = "line " + std::to_string(source.line) + ": the joint \"" + source.name + "\" ";
   if (!model.origin.isometry().matrix().allFinite()) return where + "has an origin that is not a finite number";
 
+  JointDescription description;
+  description.name = source.name;
+  description.type = source.type;
+  if (joint->type == urdf::Joint::FLOATING || joint->type == urdf::Joint::PLANAR) {
+    // Their free motion belongs to a simulator; a viewer shows them at rest.
+    ku::log::LogStream(ku::log::Warning, "build", "world.model", __FILE__, __LINE__)
+        << "The " << source.type << " joint " << source.name << " (line " << source.line
+        << ") is held fixed at its origin" << std::endl;
+  }
   const bool continuous = joint->type == urdf::Joint::CONTINUOUS;
-  if (continuous || joint->type == urdf::Joint::REVOLUTE) {
-    const Eigen::Vector3f axis = vectorFromUrdf(joint->axis);
-    if (!axis.allFinite()) return where + "has an axis that is not a finite number";
-    if (axis.norm() < 1e-6f) return where + "has a zero axis";
-    model.axis = axis.normalized();
-    const float lower = joint->limits ? static_cast<float>(joint->limits->lower) : 0.0f;
-    const float upper = joint->limits ? static_cast<float>(joint->limits->upper) : 0.0f;
-    const float velocity = joint->limits ? static_cast<float>(joint->limits->velocity) : 0.0f;
-    if (!continuous && !(std::isfinite(lower) && std::isfinite(upper))) {
-      return where + "has limits that are not finite numbers";
-    }
-    if (!continuous && lower > upper) return where + "has a lower limit above its upper limit";
-    if (!(velocity > 0.0f)) {
-      ku::log::LogStream(ku::log::Verbose, "build", "world.model", __FILE__, __LINE__)
-          << "The joint " << source.name << " gives no velocity; it moves at " << Actuator::a_defaultMaxVelocity
-          << " rad/s" << std::endl;
-    }
-    model.actuator.reset(new Actuator(source.name, lower, upper, velocity, continuous));
-    model.controller.reset(new JointController(source.name + "_controller", model.actuator, model.axis));
-    m_robot->m_actuators.push_back(model.actuator);
-    m_robot->m_jointControllers.push_back(model.controller);
+  const bool prismatic = joint->type == urdf::Joint::PRISMATIC;
+  if (continuous || prismatic || joint->type == urdf::Joint::REVOLUTE) {
+    const std::string error = addMotion(*joint, where, model, description);
+    if (!error.empty()) return error;
   }
   m_robot->m_joints.push_back(model);
+  m_robot->m_jointDescriptions.push_back(description);
   return {};
+}
+
+std::string RobotBuilder::addMotion(const urdf::Joint& joint, const std::string& where, Robot::JointModel& model,
+                                    JointDescription& description) {
+  const Eigen::Vector3f axis = vectorFromUrdf(joint.axis);
+  if (!axis.allFinite()) return where + "has an axis that is not a finite number";
+  if (axis.norm() < 1e-6f) return where + "has a zero axis";
+  model.axis = axis.normalized();
+  const bool continuous = joint.type == urdf::Joint::CONTINUOUS;
+  model.prismatic = joint.type == urdf::Joint::PRISMATIC;
+  if (joint.mimic && !joint.mimic->joint_name.empty()) {
+    // A follower: no actuator, no controller; the leader is found once all joints exist.
+    model.mimic = true;
+    model.mimicJoint = joint.mimic->joint_name;
+    model.mimicMultiplier = static_cast<float>(joint.mimic->multiplier);
+    model.mimicOffset = static_cast<float>(joint.mimic->offset);
+    if (!std::isfinite(model.mimicMultiplier) || !std::isfinite(model.mimicOffset)) {
+      return where + "has a <mimic> multiplier or offset that is not a finite number";
+    }
+    description.mimicJoint = model.mimicJoint;
+    description.multiplier = model.mimicMultiplier;
+    description.offset = model.mimicOffset;
+    return {};
+  }
+  const float lower = joint.limits ? static_cast<float>(joint.limits->lower) : 0.0f;
+  const float upper = joint.limits ? static_cast<float>(joint.limits->upper) : 0.0f;
+  const float velocity = joint.limits ? static_cast<float>(joint.limits->velocity) : 0.0f;
+  if (!continuous && !(std::isfinite(lower) && std::isfinite(upper))) {
+    return where + "has limits that are not finite numbers";
+  }
+  if (!continuous && lower > upper) return where + "has a lower limit above its upper limit";
+  const Actuator::Motion motion = model.prismatic ? Actuator::Motion::Translation : Actuator::Motion::Rotation;
+  model.actuator.reset(new Actuator(model.name, lower, upper, velocity, continuous, motion));
+  if (!(velocity > 0.0f)) {
+    ku::log::LogStream(ku::log::Verbose, "build", "world.model", __FILE__, __LINE__)
+        << "The joint " << model.name << " gives no velocity; it moves at " << model.actuator->maxVelocity()
+        << (model.prismatic ? " m/s" : " rad/s") << std::endl;
+  }
+  m_robot->m_actuators.push_back(model.actuator);
+  // Rings turn: a sliding joint has no controller.
+  if (!model.prismatic) {
+    model.controller.reset(new JointController(model.name + "_controller", model.actuator, model.axis));
+    m_robot->m_jointControllers.push_back(model.controller);
+  }
+  return {};
+}
+
+// Each follower gets the actuator at the end of its chain of leaders, the
+// multipliers and offsets composed along the way.
+void RobotBuilder::linkMimicJoints() {
+  // The joints as described, before any follower is rewritten below.
+  const std::vector<Robot::JointModel> described = m_robot->m_joints;
+  std::map<std::string, const Robot::JointModel*> byName;
+  for (const Robot::JointModel& joint : described) byName[joint.name] = &joint;
+  for (Robot::JointModel& joint : m_robot->m_joints) {
+    if (!joint.mimic) continue;
+    float multiplier = joint.mimicMultiplier;
+    float offset = joint.mimicOffset;
+    std::string leaderName = joint.mimicJoint;
+    std::string problem;
+    for (std::size_t hops = 0; problem.empty(); ++hops) {
+      const auto leader = byName.find(leaderName);
+      if (leader == byName.end()) {
+        problem = "mimics the unknown joint \"" + leaderName + "\"";
+      } else if (hops > described.size()) {
+        problem = "is part of a loop of <mimic> joints";
+      } else if (leader->second->actuator) {
+        joint.mimicLeader = leader->second->actuator;
+        break;
+      } else if (!leader->second->mimic) {
+        break;  // a fixed leader stands at 0
+      } else {
+        offset += multiplier * leader->second->mimicOffset;
+        multiplier *= leader->second->mimicMultiplier;
+        leaderName = leader->second->mimicJoint;
+      }
+    }
+    if (!problem.empty()) {
+      ku::log::LogStream(ku::log::Warning, "build", "world.model", __FILE__, __LINE__)
+          << "The joint " << joint.name << " " << problem << "; it stays at its offset " << joint.mimicOffset
+          << std::endl;
+      multiplier = 0.0f;
+      offset = joint.mimicOffset;
+    }
+    joint.mimicMultiplier = multiplier;
+    joint.mimicOffset = offset;
+  }
 }
 
 }  // namespace VX::NextGenView

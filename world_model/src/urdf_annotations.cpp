@@ -64,6 +64,7 @@ std::string readMirror(const tinyxml2::XMLElement& element, UrdfAnnotations& ann
 }
 
 std::string readBase(const tinyxml2::XMLElement& element, UrdfAnnotations& annotations) {
+  annotations.baseGiven = true;
   for (const auto& [name, value] : {std::make_pair("x", &annotations.basePosition.x),
                                     std::make_pair("y", &annotations.basePosition.y),
                                     std::make_pair("z", &annotations.basePosition.z),

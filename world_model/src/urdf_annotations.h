@@ -36,6 +36,7 @@ struct UrdfAnnotations {
   std::vector<MirrorAnnotation> mirrors;  // in document order
   MK::Math::Position3D basePosition;
   float baseHeading = 0.0f;
+  bool baseGiven = false;  // a <base> element was there
 };
 
 // Reads the annotations among the children of <robot>. Returns an error

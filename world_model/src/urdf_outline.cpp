@@ -35,13 +35,12 @@ std::string readLinks(const XMLElement& robot, UrdfOutline& outline) {
   return {};
 }
 
+// Floating and planar joints are accepted here and held fixed by the builder.
 std::string checkJointType(const XMLElement& joint, const std::string& name, const std::string& type) {
-  if (type == "revolute" || type == "continuous" || type == "fixed") return {};
-  if (type.empty()) return lineOf(joint) + "the joint \"" + name + "\" has no type";
-  if (type == "prismatic" || type == "floating" || type == "planar") {
-    return lineOf(joint) + "the joint \"" + name + "\" has the unsupported type \"" + type +
-           "\" (supported: revolute, continuous, fixed)";
+  for (const char* known : {"revolute", "continuous", "prismatic", "fixed", "floating", "planar"}) {
+    if (type == known) return {};
   }
+  if (type.empty()) return lineOf(joint) + "the joint \"" + name + "\" has no type";
   return lineOf(joint) + "the joint \"" + name + "\" has the unknown type \"" + type + "\"";
 }
 
@@ -117,6 +116,8 @@ void addMaterial(const XMLElement* material, UrdfOutline& outline) {
   Eigen::Vector4f rgba;
   const std::string name = attribute(material, "name");
   if (!name.empty() && readColor(material, rgba)) outline.materialColors.emplace(name, rgba);
+  const std::string texture = attribute(material ? material->FirstChildElement("texture") : nullptr, "filename");
+  if (!name.empty() && !texture.empty()) outline.materialTextures.emplace(name, texture);
 }
 
 // Robot-level materials first, so that they win over a link's redefinition.
@@ -148,7 +149,9 @@ std::string checkAnnotations(const UrdfOutline& outline) {
       const auto type = jointTypes.find(name);
       const std::string prefix = "line " + std::to_string(mirror.line) + ": the <mirror> annotation names ";
       if (type == jointTypes.end()) return prefix + "the unknown joint \"" + name + "\"";
-      if (type->second == "fixed") return prefix + "the fixed joint \"" + name + "\", which does not move";
+      if (type->second == "fixed" || type->second == "floating" || type->second == "planar") {
+        return prefix + "the " + type->second + " joint \"" + name + "\", which does not move";
+      }
     }
   }
   return {};

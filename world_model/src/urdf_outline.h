@@ -28,6 +28,8 @@ struct UrdfOutline {
   std::vector<UrdfJointOutline> joints;  // document order
   // Every named material that has a colour, robot-level definitions first.
   std::map<std::string, Eigen::Vector4f> materialColors;
+  // Every named material that has a <texture filename>, as written, likewise.
+  std::map<std::string, std::string> materialTextures;
   UrdfAnnotations annotations;
 };
 

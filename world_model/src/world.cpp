@@ -1,6 +1,7 @@
 #include "world_model/world.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <boost/make_shared.hpp>
 
@@ -40,16 +41,29 @@ int World::setActuatorCommands(const std::vector<std::string>& names, const std:
   const std::size_t count = std::min(names.size(), values.size());
   int applied = 0;
   for (std::size_t i = 0; i < count; ++i) {
+    if (!std::isfinite(values[i])) {
+      ku::log::LogStream(ku::log::Error, "setActuatorCommands", "world.model", __FILE__, __LINE__)
+          << "The command " << values[i] << " for actuator \"" << names[i]
+          << "\" is not a finite number; it is refused" << std::endl;
+      continue;
+    }
     bool found = false;
+    const JointDescription* mimic = nullptr;
     // Every robot that has an actuator of that name gets the command.
     for (const boost::shared_ptr<Robot>& robot : *m_robots) {
       if (const boost::shared_ptr<Actuator> actuator = robot->actuator(names[i])) {
         actuator->setCommand(values[i]);
         found = true;
+      } else if (!mimic) {
+        mimic = robot->mimicJoint(names[i]);
       }
     }
     if (found) {
       ++applied;
+    } else if (mimic) {
+      ku::log::LogStream(ku::log::Warning, "setActuatorCommands", "world.model", __FILE__, __LINE__)
+          << "The joint \"" << names[i] << "\" mimics \"" << mimic->mimicJoint
+          << "\" and takes no command of its own; its command is refused" << std::endl;
     } else {
       ku::log::LogStream(ku::log::Warning, "setActuatorCommands", "world.model", __FILE__, __LINE__)
           << "No robot has an actuator named \"" << names[i] << "\"; its command is skipped" << std::endl;

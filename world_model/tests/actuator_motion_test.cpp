@@ -59,7 +59,7 @@ TEST(ActuatorStep, NotANumberCommandIsIgnored) {
   actuator.setCommand(0.5f);
   actuator.setCommand(std::numeric_limits<float>::quiet_NaN());
   EXPECT_FLOAT_EQ(actuator.command(), 0.5f);
-  EXPECT_EQ(captured.count(3, "not a number"), 1);
+  EXPECT_EQ(captured.count(2, "not a finite number"), 1);
 }
 
 TEST(ActuatorStep, ContinuousJointsHaveNoLimits) {

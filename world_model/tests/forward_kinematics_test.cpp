@@ -132,5 +132,26 @@ TEST(RobotLinks, TorsoLinkFallsBackToTheRoot) {
   EXPECT_EQ(robot->links().size(), 4u);
 }
 
+TEST_F(ArmKinematics, EachControllerTurnsItsJointsChildLink) {
+  EXPECT_EQ(m_robot->turnedLink(m_robot->jointControllers().at(0)), m_robot->link("upper_arm"));
+  EXPECT_EQ(m_robot->turnedLink(m_robot->jointControllers().at(1)), m_robot->link("forearm"));
+  EXPECT_EQ(m_robot->turnedLink(nullptr), nullptr);
+  const boost::shared_ptr<Robot> other = loadRobot("arm.urdf");
+  EXPECT_EQ(m_robot->turnedLink(other->jointControllers().at(0)), nullptr) << "another robot's controller";
+}
+
+TEST(BaseAnnotation, IsKnownToHaveBeenGivenOrNot) {
+  const RobotLoadResult placed = Robot::loadFromUrdfString(
+      "<robot name='r'><link name='a'/><base y='0.5'/></robot>");
+  ASSERT_TRUE(placed.robot) << placed.error;
+  EXPECT_TRUE(placed.robot->hasBaseAnnotation());
+  const RobotLoadResult unplaced = Robot::loadFromUrdfString("<robot name='r'><link name='a'/></robot>");
+  ASSERT_TRUE(unplaced.robot) << unplaced.error;
+  EXPECT_FALSE(unplaced.robot->hasBaseAnnotation());
+  const RobotLoadResult atOrigin = Robot::loadFromUrdfString("<robot name='r'><link name='a'/><base/></robot>");
+  ASSERT_TRUE(atOrigin.robot) << atOrigin.error;
+  EXPECT_TRUE(atOrigin.robot->hasBaseAnnotation()) << "a base at the origin is still a placement";
+}
+
 }  // namespace
 }  // namespace VX::NextGenView

@@ -48,13 +48,7 @@ TEST(UrdfErrors, JointNamingAnUnknownLink) {
   expectError("errors/unknown_link.urdf", {"line 10", "elbow", "unknown child link", "forearm"});
 }
 
-TEST(UrdfErrors, PrismaticJointIsUnsupported) {
-  expectError("errors/prismatic.urdf", {"rail", "prismatic", "unsupported", "line 5"});
-}
-
-TEST(UrdfErrors, FloatingJointIsUnsupported) { expectError("errors/floating.urdf", {"rail", "floating", "unsupported"}); }
-
-TEST(UrdfErrors, PlanarJointIsUnsupported) { expectError("errors/planar.urdf", {"rail", "planar", "unsupported"}); }
+TEST(UrdfErrors, UnknownJointType) { expectError("errors/unknown_type.urdf", {"rail", "unknown type", "screw", "line 5"}); }
 
 TEST(UrdfErrors, ParserRejectionIsReported) {
   // The joint lacks its limits; urdfdom's own explanation comes through.

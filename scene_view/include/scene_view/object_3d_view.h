@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <cstdint>
+
 #include <boost/shared_ptr.hpp>
 
 namespace Ogre {
@@ -44,6 +46,10 @@ class Object3DView {
   void refresh();
   // Forgets the node and entity, which the scene is about to destroy.
   virtual void detachFromScene();
+  // A scene-wide switch: while false, the entity stays hidden and out of
+  // scene queries (picking), whatever setVisible says. True by default.
+  void setShownByScene(bool shown);
+  bool isShownByScene() const { return m_shownByScene; }
 
   // True when the entity shows the selected look.
   bool showsHighlight() const { return m_showsHighlight; }
@@ -57,6 +63,8 @@ class Object3DView {
   virtual void visibilityChanged() {}
   // Puts the highlight or the resting materials on the entity.
   void applyLook();
+  // Visible, and not hidden by a scene-wide switch.
+  bool shown() const { return m_visible && m_shownByScene; }
 
   boost::shared_ptr<Frame> m_frame;
   Ogre::SceneNode* m_node = nullptr;
@@ -64,9 +72,13 @@ class Object3DView {
   bool m_visible = true;
 
  private:
+  void applyVisibility();
+
   std::vector<std::string> m_normalMaterials;
   std::string m_highlightMaterial;
   bool m_showsHighlight = false;
+  bool m_shownByScene = true;
+  std::uint32_t m_queryFlags = 0;  // the entity's own, while shown by the scene
 };
 
 }  // namespace VX::NextGenView

@@ -25,8 +25,10 @@ class World {
   boost::shared_ptr<ForwardKinematicEngine> forwardKinematicEngine() const { return m_engine; }
 
   // Sets actuator commands by name, as a host applies the widget's motor
-  // values. Unknown names are skipped with a warning record; returns how
-  // many commands were applied. The two lists pair up element by element.
+  // values. Unknown names are skipped with a warning record, and so are
+  // joints that mimic another (they follow their leader); values that are
+  // not finite are skipped with an error record. Returns how many commands
+  // were applied. The two lists pair up element by element.
   int setActuatorCommands(const std::vector<std::string>& names, const std::vector<float>& values);
 
  private:

@@ -1,0 +1,110 @@
+#include "frame_change_watch.h"
+
+#include <utility>
+
+#include <OgreCamera.h>
+#include <OgreEntity.h>
+#include <OgreLight.h>
+#include <OgreRenderTarget.h>
+#include <OgreSceneManager.h>
+#include <OgreSceneNode.h>
+#include <OgreSubEntity.h>
+#include <OgreViewport.h>
+#include <Overlay/OgreOverlay.h>
+#include <Overlay/OgreOverlayContainer.h>
+#include <Overlay/OgreOverlayManager.h>
+#include <Overlay/OgreTextAreaOverlayElement.h>
+
+namespace VX::NextGenView {
+namespace {
+
+void add(std::vector<float>& numbers, const Ogre::Vector3& v) { numbers.insert(numbers.end(), {v.x, v.y, v.z}); }
+void add(std::vector<float>& numbers, const Ogre::Quaternion& q) { numbers.insert(numbers.end(), {q.w, q.x, q.y, q.z}); }
+void add(std::vector<float>& numbers, const Ogre::ColourValue& c) { numbers.insert(numbers.end(), {c.r, c.g, c.b, c.a}); }
+
+}  // namespace
+
+bool FrameChangeWatch::changed(Ogre::SceneManager& scene, Ogre::RenderTarget& target) {
+  Record& record = m_current;
+  record.clear();
+  record.numbers.insert(record.numbers.end(), {float(target.getWidth()), float(target.getHeight())});
+  for (unsigned short i = 0; i < target.getNumViewports(); ++i) {
+    const Ogre::Viewport* viewport = target.getViewport(i);
+    record.identities.push_back(viewport->getCamera());
+    add(record.numbers, viewport->getBackgroundColour());
+    record.numbers.insert(record.numbers.end(), {viewport->getLeft(), viewport->getTop(), viewport->getWidth(),
+                                                 viewport->getHeight(), float(viewport->getOverlaysEnabled())});
+  }
+  record.numbers.push_back(scene.isSkyBoxEnabled() ? 1.0f : 0.0f);
+  add(record.numbers, scene.getAmbientLight());
+  recordNode(*scene.getRootSceneNode(), record);
+  recordOverlays(record);
+
+  const bool different = !m_known || !(record == m_last);
+  std::swap(m_last, m_current);
+  m_known = true;
+  return different;
+}
+
+void FrameChangeWatch::forget() { m_known = false; }
+
+void FrameChangeWatch::recordNode(const Ogre::Node& node, Record& record) const {
+  record.identities.push_back(&node);
+  add(record.numbers, node.getPosition());
+  add(record.numbers, node.getOrientation());
+  add(record.numbers, node.getScale());
+  if (const auto* sceneNode = dynamic_cast<const Ogre::SceneNode*>(&node)) {
+    for (const Ogre::MovableObject* object : sceneNode->getAttachedObjects()) {
+      record.identities.push_back(object);
+      record.numbers.push_back(object->isVisible() ? 1.0f : 0.0f);
+      if (const auto* entity = dynamic_cast<const Ogre::Entity*>(object)) {
+        for (unsigned i = 0; i < entity->getNumSubEntities(); ++i) {
+          const Ogre::SubEntity* part = entity->getSubEntity(i);
+          record.identities.push_back(part->getMaterial().get());
+          record.numbers.push_back(part->isVisible() ? 1.0f : 0.0f);
+        }
+      } else if (const auto* camera = dynamic_cast<const Ogre::Camera*>(object)) {
+        record.numbers.insert(record.numbers.end(),
+                              {camera->getFOVy().valueRadians(), camera->getAspectRatio(), camera->getNearClipDistance(),
+                               camera->getFarClipDistance(), float(camera->getProjectionType()),
+                               camera->getOrthoWindowWidth(), camera->getOrthoWindowHeight()});
+      } else if (const auto* light = dynamic_cast<const Ogre::Light*>(object)) {
+        add(record.numbers, light->getDiffuseColour());
+        add(record.numbers, light->getSpecularColour());
+      }
+    }
+  }
+  for (const Ogre::Node* child : node.getChildren()) recordNode(*child, record);
+}
+
+void FrameChangeWatch::recordOverlays(Record& record) const {
+  auto overlays = Ogre::OverlayManager::getSingleton().getOverlayIterator();
+  while (overlays.hasMoreElements()) {
+    const Ogre::Overlay& overlay = *overlays.getNext();
+    record.identities.push_back(&overlay);
+    record.numbers.push_back(overlay.isVisible() ? 1.0f : 0.0f);
+    if (!overlay.isVisible()) continue;
+    for (const Ogre::OverlayContainer* element : overlay.get2DElements()) recordElement(*element, record);
+  }
+}
+
+void FrameChangeWatch::recordElement(const Ogre::OverlayElement& element, Record& record) const {
+  record.identities.push_back(&element);
+  record.numbers.push_back(element.isVisible() ? 1.0f : 0.0f);
+  if (!element.isVisible()) return;
+  record.numbers.insert(record.numbers.end(),
+                        {element.getLeft(), element.getTop(), element.getWidth(), element.getHeight()});
+  add(record.numbers, element.getColour());
+  record.identities.push_back(element.getMaterial().get());
+  record.texts.push_back(element.getCaption().asUTF8());
+  if (const auto* text = dynamic_cast<const Ogre::TextAreaOverlayElement*>(&element)) {
+    record.numbers.push_back(text->getCharHeight());
+  }
+  if (const auto* container = dynamic_cast<const Ogre::OverlayContainer*>(&element)) {
+    for (const auto& child : const_cast<Ogre::OverlayContainer*>(container)->getChildren()) {
+      recordElement(*child.second, record);
+    }
+  }
+}
+
+}  // namespace VX::NextGenView
