@@ -15,6 +15,7 @@
 #include <ku/log.h>
 
 #include "engine_config.h"
+#include "named_pass_hash.h"
 #include "ogre_log_forwarder.h"
 
 namespace fs = std::filesystem;
@@ -114,6 +115,9 @@ bool OgreEngine::Impl::start(const std::string& confPath) {
   }
 
   // No plugins.cfg, no ogre.cfg: everything comes from our configuration.
+  // Before the root makes its default materials: a pass keeps the hash it
+  // was made with until its textures change.
+  Ogre::Pass::setHashFunction(&namedPassHash());
   root = std::make_unique<Ogre::Root>("", "", "");
   for (const std::string& plugin : config.plugins) {
     const std::string file = pluginFile(config, plugin);
