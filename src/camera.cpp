@@ -82,8 +82,9 @@ Camera::~Camera() = default;
 void Camera::updateOrientation() {
   m_azimuthStep = wrapped(m_azimuthStep);
   m_elevationStep = wrapped(m_elevationStep);
-  m_azimuthNode->roll(Ogre::Radian(-m_azimuthStep), Ogre::Node::TS_LOCAL);
-  m_elevationNode->yaw(Ogre::Radian(-m_elevationStep), Ogre::Node::TS_LOCAL);
+  // A turn by nothing would still mark the rig for OGRE's update on every tick.
+  if (m_azimuthStep != 0) m_azimuthNode->roll(Ogre::Radian(-m_azimuthStep), Ogre::Node::TS_LOCAL);
+  if (m_elevationStep != 0) m_elevationNode->yaw(Ogre::Radian(-m_elevationStep), Ogre::Node::TS_LOCAL);
   m_azimuthStep = 0;
   m_elevationStep = 0;
   applyPose(m_camera, m_orientation, m_position);
@@ -190,8 +191,12 @@ void Camera::updateTargetPosition(const MK::Math::Position3D& position, const fl
     return;
   }
   const Ogre::Quaternion heading(Ogre::Radian(angle), Ogre::Vector3::UNIT_Z);
-  m_targetNode->setPosition(Ogre::Vector3(position.x, position.y, position.z) + heading * m_targetOffset);
-  m_targetNode->setOrientation(heading);
+  // Set only on a change: a still target costs OGRE no update each tick.
+  const Ogre::Vector3 target = Ogre::Vector3(position.x, position.y, position.z) + heading * m_targetOffset;
+  if (m_targetNode->getPosition() != target) m_targetNode->setPosition(target);
+  Ogre::Quaternion stored = heading;
+  stored.normalise();  // as the node keeps it
+  if (m_targetNode->getOrientation() != stored) m_targetNode->setOrientation(heading);
   updateOrientation();
 }
 

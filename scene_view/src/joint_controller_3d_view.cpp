@@ -40,8 +40,8 @@ void JointController3DView::detachFromScene() {
 void JointController3DView::updatePose() {
   const MK::Math::Transform pose = m_controller->globalTransform();
   const Ogre::Vector3 axis = toOgreVector(m_controller->localAxis()).normalisedCopy();
-  m_node->setPosition(toOgrePosition(pose));
-  m_node->setOrientation(toOgreOrientation(pose) * Ogre::Vector3::UNIT_Z.getRotationTo(axis, Ogre::Vector3::UNIT_X));
+  placeNode(*m_node, toOgrePosition(pose),
+            toOgreOrientation(pose) * Ogre::Vector3::UNIT_Z.getRotationTo(axis, Ogre::Vector3::UNIT_X));
   updateCommandMarker();
 }
 
@@ -60,7 +60,8 @@ void JointController3DView::updateCommandMarker() {
   const float angle = hasCommand ? m_controller->commandTarget() - m_controller->actuator()->m_value : 0.0f;
   // A position written into the actuator that is not finite waits for the next step to repair it.
   if (hasCommand && m_markerNode && std::isfinite(angle)) {
-    m_markerNode->setPosition(m_ringRadius * std::cos(angle), m_ringRadius * std::sin(angle), 0.0f);
+    placeNode(*m_markerNode, Ogre::Vector3(m_ringRadius * std::cos(angle), m_ringRadius * std::sin(angle), 0.0f),
+              m_markerNode->getOrientation());
   }
   if (hasCommand != m_showsCommand) {
     m_showsCommand = hasCommand;

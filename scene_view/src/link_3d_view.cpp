@@ -14,8 +14,7 @@ Link3DView::Link3DView(boost::shared_ptr<Link> link, Ogre::SceneNode* node)
 // The link's global transform already holds its robot's base pose.
 void Link3DView::updatePose() {
   const MK::Math::Transform pose = m_link->globalTransform();
-  m_node->setPosition(toOgrePosition(pose));
-  m_node->setOrientation(toOgreOrientation(pose));
+  placeNode(*m_node, toOgrePosition(pose), toOgreOrientation(pose));
 }
 
 }  // namespace VX::NextGenView

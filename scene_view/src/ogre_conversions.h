@@ -3,6 +3,7 @@
 
 #include <Eigen/Core>
 #include <OgreMatrix4.h>
+#include <OgreNode.h>
 #include <OgreQuaternion.h>
 #include <OgreVector.h>
 
@@ -29,6 +30,16 @@ inline Ogre::Matrix4 toOgreMatrix(const MK::Math::Transform& transform) {
 
 inline Ogre::ColourValue toOgreColour(const Eigen::Vector4f& rgba) {
   return Ogre::ColourValue(rgba.x(), rgba.y(), rgba.z(), rgba.w());
+}
+
+// Moves the node only when its pose changes. Every set marks the node and its
+// parents for OGRE's bounds update, which a still robot need not pay on each
+// refresh tick.
+inline void placeNode(Ogre::Node& node, const Ogre::Vector3& position, Ogre::Quaternion orientation) {
+  if (node.getPosition() != position) node.setPosition(position);
+  // The node keeps its orientation normalised: compare like with like.
+  orientation.normalise();
+  if (node.getOrientation() != orientation) node.setOrientation(orientation);
 }
 
 }  // namespace VX::NextGenView
