@@ -128,10 +128,30 @@ bool allFinite(const TriangleMesh& triangles) {
 
 }  // namespace
 
+MeshFileLoader::FileStamp MeshFileLoader::stampOf(const std::string& path) {
+  std::error_code error;  // a missing file has the zero stamp
+  FileStamp stamp;
+  stamp.written = std::filesystem::last_write_time(path, error);
+  stamp.bytes = std::filesystem::file_size(path, error);
+  if (error) stamp = FileStamp();
+  return stamp;
+}
+
 const MeshFileLoadResult& MeshFileLoader::load(const std::string& path) {
+  const FileStamp stamp = stampOf(path);
   auto found = m_cache.find(path);
-  if (found == m_cache.end()) found = m_cache.emplace(path, read(path)).first;
-  return found->second;
+  if (found == m_cache.end()) return m_cache.emplace(path, CachedFile{stamp, read(path)}).first->second.result;
+  CachedFile& cached = found->second;
+  if (cached.stamp == stamp) return cached.result;
+  MeshFileLoadResult fresh = read(path);
+  cached.stamp = stamp;  // this version is not read again
+  if (!fresh.error.empty() && cached.result.error.empty()) {
+    warn("Mesh file " + path + " changed and cannot be read now (" + fresh.error +
+         "); its last good content stays until it changes again");
+  } else {
+    cached.result = std::move(fresh);
+  }
+  return cached.result;
 }
 
 MeshFileLoadResult MeshFileLoader::read(const std::string& path) {

@@ -1,12 +1,17 @@
 // Mesh files through Assimp: STL, OBJ with its material colour, COLLADA in
 // its own units and axes (whatever its up axis), texture coordinates and
 // textures, vertex colours, zero opacity; unreadable files give an error,
-// not a crash.
+// not a crash. A file that changes is read again; a change that cannot be
+// read keeps the last good content.
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include <OgreAxisAlignedBox.h>
 
+#include <ku/record_capture.h>
 #include "mesh_file_loader.h"
+#include "temporary_folder.h"
 
 namespace VX::NextGenView {
 namespace {
@@ -136,6 +141,62 @@ TEST(MeshFileLoader, ReadsEachFileOnce) {
   const MeshFileLoadResult& first = loader.load(a_data + "/cube.stl");
   const MeshFileLoadResult& second = loader.load(a_data + "/cube.stl");
   EXPECT_EQ(&first, &second);
+}
+
+// The robot's mesh file, rewritten by the user as the viewer runs.
+class ChangingMeshFile : public ::testing::Test {
+ protected:
+  void writeFrom(const std::string& source) {
+    std::filesystem::copy_file(source, m_file, std::filesystem::copy_options::overwrite_existing);
+  }
+  void writeText(const std::string& text) { m_folder.write("part.stl", text); }
+
+  testing::TemporaryFolder m_folder;
+  std::string m_file = (m_folder.path() / "part.stl").string();
+  MeshFileLoader m_loader;
+};
+
+TEST_F(ChangingMeshFile, IsReadAgainWithItsNewContent) {
+  writeFrom(a_data + "/cube.stl");
+  EXPECT_EQ(m_loader.load(m_file).parts[0].triangles.triangleCount(), 12u);
+  writeFrom(a_data + "/tetrahedron_binary.stl");
+  const MeshFileLoadResult& changed = m_loader.load(m_file);
+  ASSERT_EQ(changed.error, "");
+  EXPECT_EQ(changed.parts[0].triangles.triangleCount(), 4u);
+}
+
+TEST_F(ChangingMeshFile, CaughtHalfWrittenKeepsItsLastGoodContentAndSaysSo) {
+  writeFrom(a_data + "/cube.stl");
+  ASSERT_EQ(m_loader.load(m_file).error, "");
+  ku::log::RecordCapture capture;
+  writeText("solid part\n  facet normal 0 0 1\n    outer loop\n      vertex 0 0");
+  const MeshFileLoadResult& kept = m_loader.load(m_file);
+  EXPECT_EQ(kept.error, "");
+  ASSERT_EQ(kept.parts.size(), 1u);
+  EXPECT_EQ(kept.parts[0].triangles.triangleCount(), 12u);
+  EXPECT_EQ(capture.count(ku::log::Warning, "rdr.scene", "changed and cannot be read now"), 1);
+  // Asked again before the next change: no second record.
+  m_loader.load(m_file);
+  EXPECT_EQ(capture.count(ku::log::Warning, "rdr.scene", "changed and cannot be read now"), 1);
+  // The write finishes.
+  writeFrom(a_data + "/tetrahedron_binary.stl");
+  EXPECT_EQ(m_loader.load(m_file).parts[0].triangles.triangleCount(), 4u);
+}
+
+TEST_F(ChangingMeshFile, ABrokenFileThatIsMendedShowsItsContent) {
+  writeText("not a mesh at all");
+  EXPECT_NE(m_loader.load(m_file).error, "");
+  writeFrom(a_data + "/cube.stl");
+  const MeshFileLoadResult& mended = m_loader.load(m_file);
+  EXPECT_EQ(mended.error, "");
+  EXPECT_EQ(mended.parts.size(), 1u);
+}
+
+TEST_F(ChangingMeshFile, ARemovedFileKeepsItsLastGoodContent) {
+  writeFrom(a_data + "/cube.stl");
+  ASSERT_EQ(m_loader.load(m_file).error, "");
+  std::filesystem::remove(m_file);  // an editor saving by replacing the file
+  EXPECT_EQ(m_loader.load(m_file).parts[0].triangles.triangleCount(), 12u);
 }
 
 }  // namespace
