@@ -53,25 +53,37 @@ void FrameChangeWatch::recordNode(const Ogre::Node& node, Record& record) const 
   add(record.numbers, node.getPosition());
   add(record.numbers, node.getOrientation());
   add(record.numbers, node.getScale());
-  if (const auto* sceneNode = dynamic_cast<const Ogre::SceneNode*>(&node)) {
-    for (const Ogre::MovableObject* object : sceneNode->getAttachedObjects()) {
-      record.identities.push_back(object);
-      record.numbers.push_back(object->isVisible() ? 1.0f : 0.0f);
-      if (const auto* entity = dynamic_cast<const Ogre::Entity*>(object)) {
-        for (unsigned i = 0; i < entity->getNumSubEntities(); ++i) {
-          const Ogre::SubEntity* part = entity->getSubEntity(i);
+  // Every node below the root scene node is a scene node. The walk runs on
+  // every refresh tick: objects are told apart by their type flags, which
+  // costs far less than a cast that walks the class hierarchy.
+  for (const Ogre::MovableObject* object : static_cast<const Ogre::SceneNode&>(node).getAttachedObjects()) {
+    record.identities.push_back(object);
+    record.numbers.push_back(object->isVisible() ? 1.0f : 0.0f);
+    switch (object->getTypeFlags()) {
+      case Ogre::SceneManager::ENTITY_TYPE_MASK: {
+        const auto* entity = static_cast<const Ogre::Entity*>(object);
+        for (const Ogre::SubEntity* part : entity->getSubEntities()) {
           record.identities.push_back(part->getMaterial().get());
           record.numbers.push_back(part->isVisible() ? 1.0f : 0.0f);
         }
-      } else if (const auto* camera = dynamic_cast<const Ogre::Camera*>(object)) {
+        break;
+      }
+      case Ogre::SceneManager::FRUSTUM_TYPE_MASK: {  // the cameras
+        const auto* lens = static_cast<const Ogre::Frustum*>(object);
         record.numbers.insert(record.numbers.end(),
-                              {camera->getFOVy().valueRadians(), camera->getAspectRatio(), camera->getNearClipDistance(),
-                               camera->getFarClipDistance(), float(camera->getProjectionType()),
-                               camera->getOrthoWindowWidth(), camera->getOrthoWindowHeight()});
-      } else if (const auto* light = dynamic_cast<const Ogre::Light*>(object)) {
+                              {lens->getFOVy().valueRadians(), lens->getAspectRatio(), lens->getNearClipDistance(),
+                               lens->getFarClipDistance(), float(lens->getProjectionType()),
+                               lens->getOrthoWindowWidth(), lens->getOrthoWindowHeight()});
+        break;
+      }
+      case Ogre::SceneManager::LIGHT_TYPE_MASK: {
+        const auto* light = static_cast<const Ogre::Light*>(object);
         add(record.numbers, light->getDiffuseColour());
         add(record.numbers, light->getSpecularColour());
+        break;
       }
+      default:
+        break;
     }
   }
   for (const Ogre::Node* child : node.getChildren()) recordNode(*child, record);

@@ -321,7 +321,9 @@ void RenderWidget::updateView() {
     }
     if (captionChanges) {
       try {
-        m_sentenceArea->setCaption(Ogre::UTFString(sentence));
+        // Only a new text: OGRE rebuilds a caption's glyphs whenever it is set.
+        const Ogre::UTFString caption(sentence);
+        if (m_sentenceArea->getCaption() != caption) m_sentenceArea->setCaption(caption);
       } catch (const Ogre::UTFString::invalid_data&) {
         // Invalid UTF-8: the caption keeps its old text.
       }
@@ -346,7 +348,10 @@ void RenderWidget::setRenderOnDemand(bool on) {
 
 void RenderWidget::displayText() {
   if (!m_renderWindow || !m_textArea || !m_infoArea || !m_overlay) return;
-  if (m_textVisible) m_textArea->setCaption(Ogre::UTFString(m_text.toUtf8().toStdString()));
+  if (m_textVisible) {
+    const Ogre::UTFString caption(m_text.toUtf8().toStdString());
+    if (m_textArea->getCaption() != caption) m_textArea->setCaption(caption);
+  }
   if (m_infoDisplayed) {
     // Unsigned on purpose: a window lower than 50 pixels puts the area off screen.
     m_infoArea->setPosition(0, static_cast<float>(m_renderWindow->getHeight() - 50u));
