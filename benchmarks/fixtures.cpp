@@ -21,6 +21,7 @@
 #include <ku/path.h>
 #include <render_engine/directional_light.h>
 #include <render_engine/ogre_engine.h>
+#include <render_engine/sky_material.h>
 #include <scene_view/link_3d_view.h>
 #include <scene_view/world_3d_view.h>
 #include <world_model/robot.h>
@@ -35,6 +36,7 @@
 
 using VX::NextGenView::addDirectionalLight;
 using VX::NextGenView::OgreEngine;
+using VX::NextGenView::prepareSkyMaterial;
 using VX::NextGenView::RenderWidget;
 using VX::NextGenView::World;
 
@@ -52,6 +54,7 @@ void useWidgetLook(Ogre::SceneManager* scene) {
     addDirectionalLight(scene, "", direction, Ogre::ColourValue(0.5f, 0.5f, 0.5f, 1.0f), Ogre::ColourValue(1, 1, 1, 1));
   }
   scene->setFog(Ogre::FOG_LINEAR, Ogre::ColourValue(1, 1, 1, 1), 0.1f, 2000, 10000);
+  prepareSkyMaterial(Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
   scene->setSkyBox(true, "sky", 5.0f, true, RenderWidget::computeSkyQuaternion(),
                    Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
 }

@@ -25,6 +25,7 @@
 #include <mk/math/transform.h>
 #include <render_engine/directional_light.h>
 #include <render_engine/ogre_engine.h>
+#include <render_engine/sky_material.h>
 #include <scene_view/joint_controller_3d_view.h>
 #include <scene_view/link_3d_view.h>
 #include <scene_view/world_3d_view.h>
@@ -275,6 +276,7 @@ void RenderWidget::initLights() {
 
   // The fog starts far beyond the camera's far clip: it never shows.
   scene->setFog(Ogre::FOG_LINEAR, Ogre::ColourValue(1, 1, 1, 1), 0.1f, 2000, 10000);
+  prepareSkyMaterial(Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
   scene->setSkyBox(true, "sky", 5.0f, true, computeSkyQuaternion(),
                    Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
 }
