@@ -134,7 +134,8 @@ TEST_F(MeshRewrite, AHalfWrittenMeshKeepsTheLastGoodShapeUntilTheWriteEnds) {
 TEST_F(MeshRewrite, AMeshThatBecomesGarbageNeverTakesTheViewerDown) {
   ku::log::RecordCapture records;
   QSignalSpy replaced(m_documents, &RobotDocuments::robotsReplaced);
-  write("part.stl", QByteArray("\0\1\2 garbage \xff\xfe", 16).repeated(40));
+  const char garbage[] = "\0\1\2 garbage \xff\xfe";
+  write("part.stl", QByteArray(garbage, sizeof garbage - 1).repeated(40));
   QTRY_COMPARE_WITH_TIMEOUT(replaced.count(), 1, 5000);
   EXPECT_NEAR(shownHeight(), 0.175f, 1e-4f);
   EXPECT_EQ(records.count(ku::log::Warning, "rdr.scene", "part.stl"), 1);
