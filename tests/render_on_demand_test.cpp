@@ -11,7 +11,10 @@
 #include <QTest>
 #include <QTimer>
 
+#include <OgreCamera.h>
+#include <OgreLight.h>
 #include <OgreRenderTargetListener.h>
+#include <OgreSceneManager.h>
 #include <OgreRenderWindow.h>
 
 #include <scene_view/joint_controller_3d_view.h>
@@ -122,6 +125,16 @@ TEST_F(RenderOnDemand, TheCameraRenders) {
   QMetaObject::invokeMethod(widget()->camera().get(), "onViewportTop");
   EXPECT_GE(m_frames->taken(), 1) << "the camera's move redraws at once";
   EXPECT_EQ(framesOver(3), 0);
+}
+
+TEST_F(RenderOnDemand, TheLensAndTheLightsRender) {
+  switchOn();
+  Ogre::Camera* lens = widget()->camera()->ogreCamera();
+  lens->setFOVy(lens->getFOVy() * 0.5f);
+  EXPECT_EQ(framesOver(3), 1) << "a narrower lens";
+  Ogre::Light* light = widget()->worldView()->getOgreSceneManager()->getLight("Light");
+  light->setDiffuseColour(Ogre::ColourValue(0.9f, 0.2f, 0.2f));
+  EXPECT_EQ(framesOver(3), 1) << "a redder light";
 }
 
 TEST_F(RenderOnDemand, ASelectionAndItsClearingRender) {

@@ -15,14 +15,9 @@ endfunction()
 # scratch folder of its own, in `folder`.
 function(run_host folder)
   file(MAKE_DIRECTORY "${folder}/config" "${folder}/data")
-  execute_process(COMMAND ${CMAKE_COMMAND} -E env
-      "XDG_CONFIG_HOME=${folder}/config" "XDG_DATA_HOME=${folder}/data" ${ARGN}
-    WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT result EQUAL 0)
-    message(FATAL_ERROR "failed (${result}): ${ARGN}\n${out}\n${err}")
-  endif()
-  message(STATUS "${ARGN}\n${out}${err}")
-  set(run_output "${out}${err}" PARENT_SCOPE)
+  run(${CMAKE_COMMAND} -E chdir "${folder}" ${CMAKE_COMMAND} -E env
+    "XDG_CONFIG_HOME=${folder}/config" "XDG_DATA_HOME=${folder}/data" ${ARGN})
+  set(run_output "${run_output}" PARENT_SCOPE)
 endfunction()
 
 function(expect_contains text fragment)
