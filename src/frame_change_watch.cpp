@@ -22,31 +22,74 @@ void add(std::vector<float>& numbers, const Ogre::Vector3& v) { numbers.insert(n
 void add(std::vector<float>& numbers, const Ogre::Quaternion& q) { numbers.insert(numbers.end(), {q.w, q.x, q.y, q.z}); }
 void add(std::vector<float>& numbers, const Ogre::ColourValue& c) { numbers.insert(numbers.end(), {c.r, c.g, c.b, c.a}); }
 
+void recordLens(const Ogre::Frustum& lens, std::vector<float>& numbers) {
+  numbers.insert(numbers.end(), {lens.getFOVy().valueRadians(), lens.getAspectRatio(), lens.getNearClipDistance(),
+                                 lens.getFarClipDistance(), float(lens.getProjectionType()),
+                                 lens.getOrthoWindowWidth(), lens.getOrthoWindowHeight()});
+}
+
+void recordLight(const Ogre::Light& light, std::vector<float>& numbers) {
+  numbers.push_back(float(light.getType()));
+  add(numbers, light.getDiffuseColour());
+  add(numbers, light.getSpecularColour());
+}
+
 }  // namespace
 
-bool FrameChangeWatch::changed(Ogre::SceneManager& scene, Ogre::RenderTarget& target) {
-  Record& record = m_current;
-  record.clear();
-  record.numbers.insert(record.numbers.end(), {float(target.getWidth()), float(target.getHeight())});
-  for (unsigned short i = 0; i < target.getNumViewports(); ++i) {
-    const Ogre::Viewport* viewport = target.getViewport(i);
-    record.identities.push_back(viewport->getCamera());
-    add(record.numbers, viewport->getBackgroundColour());
-    record.numbers.insert(record.numbers.end(), {viewport->getLeft(), viewport->getTop(), viewport->getWidth(),
-                                                 viewport->getHeight(), float(viewport->getOverlaysEnabled())});
+bool FrameChangeWatch::changed(Ogre::SceneManager& scene, Ogre::RenderTarget& target, std::uint64_t sceneChanges) {
+  recordView(scene, target, m_view.current);
+  bool different = m_view.renew();
+  const bool walk = !m_known || sceneChanges != m_sceneChanges || ++m_callsSinceSceneWalk >= a_callsPerSceneWalk;
+  if (walk) {
+    recordNode(*scene.getRootSceneNode(), m_scene.current);
+    different = m_scene.renew() || different;
+    m_sceneChanges = sceneChanges;
+    m_callsSinceSceneWalk = 0;
   }
-  record.numbers.push_back(scene.isSkyBoxEnabled() ? 1.0f : 0.0f);
-  add(record.numbers, scene.getAmbientLight());
-  recordNode(*scene.getRootSceneNode(), record);
-  recordOverlays(record);
-
-  const bool different = !m_known || !(record == m_last);
-  std::swap(m_last, m_current);
+  different = different || !m_known;
   m_known = true;
   return different;
 }
 
 void FrameChangeWatch::forget() { m_known = false; }
+
+bool FrameChangeWatch::History::renew() {
+  const bool different = !(current == last);
+  std::swap(last, current);
+  current.clear();
+  return different;
+}
+
+void FrameChangeWatch::recordView(Ogre::SceneManager& scene, Ogre::RenderTarget& target, Record& record) const {
+  record.numbers.insert(record.numbers.end(), {float(target.getWidth()), float(target.getHeight())});
+  for (unsigned short i = 0; i < target.getNumViewports(); ++i) {
+    const Ogre::Viewport* viewport = target.getViewport(i);
+    add(record.numbers, viewport->getBackgroundColour());
+    record.numbers.insert(record.numbers.end(), {viewport->getLeft(), viewport->getTop(), viewport->getWidth(),
+                                                 viewport->getHeight(), float(viewport->getOverlaysEnabled())});
+    const Ogre::Camera* camera = viewport->getCamera();
+    record.identities.push_back(camera);
+    if (!camera) continue;
+    add(record.numbers, camera->getDerivedPosition());
+    add(record.numbers, camera->getDerivedOrientation());
+    recordLens(*camera, record.numbers);
+  }
+  for (const auto& entry : scene.getMovableObjects(Ogre::LightFactory::FACTORY_TYPE_NAME)) {
+    const auto* light = static_cast<const Ogre::Light*>(entry.second);
+    record.identities.push_back(light);
+    record.numbers.push_back(light->isVisible() ? 1.0f : 0.0f);
+    recordLight(*light, record.numbers);
+    // The light's own derived pose follows its node only once OGRE updates
+    // the scene graph, in the frame; the node's is up to date now.
+    if (const Ogre::Node* node = light->getParentNode()) {
+      add(record.numbers, node->_getDerivedPosition());
+      add(record.numbers, node->_getDerivedOrientation());
+    }
+  }
+  record.numbers.push_back(scene.isSkyBoxEnabled() ? 1.0f : 0.0f);
+  add(record.numbers, scene.getAmbientLight());
+  recordOverlays(record);
+}
 
 void FrameChangeWatch::recordNode(const Ogre::Node& node, Record& record) const {
   record.identities.push_back(&node);
@@ -68,20 +111,12 @@ void FrameChangeWatch::recordNode(const Ogre::Node& node, Record& record) const 
         }
         break;
       }
-      case Ogre::SceneManager::FRUSTUM_TYPE_MASK: {  // the cameras
-        const auto* lens = static_cast<const Ogre::Frustum*>(object);
-        record.numbers.insert(record.numbers.end(),
-                              {lens->getFOVy().valueRadians(), lens->getAspectRatio(), lens->getNearClipDistance(),
-                               lens->getFarClipDistance(), float(lens->getProjectionType()),
-                               lens->getOrthoWindowWidth(), lens->getOrthoWindowHeight()});
+      case Ogre::SceneManager::FRUSTUM_TYPE_MASK:  // the cameras
+        recordLens(*static_cast<const Ogre::Frustum*>(object), record.numbers);
         break;
-      }
-      case Ogre::SceneManager::LIGHT_TYPE_MASK: {
-        const auto* light = static_cast<const Ogre::Light*>(object);
-        add(record.numbers, light->getDiffuseColour());
-        add(record.numbers, light->getSpecularColour());
+      case Ogre::SceneManager::LIGHT_TYPE_MASK:
+        recordLight(*static_cast<const Ogre::Light*>(object), record.numbers);
         break;
-      }
       default:
         break;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,15 +16,23 @@ namespace VX::NextGenView {
 
 // Tells whether a frame rendered now would look different from the last one
 // it was asked about: the render on change of the 3D view. It records what
-// decides the picture (the target's size, every scene node's placement and
-// the look of what hangs on it, the cameras' lenses, the sky and lights, the
-// shown overlays' elements and texts) and compares that with the record of
-// the previous call.
+// decides the picture and compares that with the record of the previous call.
+//
+// The view's part (the target's size, the viewports, the cameras' poses and
+// lenses, the lights, the sky, the shown overlays' elements and texts) is
+// small and recorded on every call. The scene graph (every node's placement
+// and the look of what hangs on it) is large: walking it on every refresh
+// tick cost a still view most of its CPU. It is walked when the scene view
+// reports a change, and every a_callsPerSceneWalk calls anyway, which catches
+// what a host changes in OGRE behind the scene view's back.
 class FrameChangeWatch {
  public:
+  static constexpr int a_callsPerSceneWalk = 8;  // 0.2 s at the 40 Hz refresh
+
   // True when the picture may differ from the last call's (or on the first
-  // call, or after forget()); the record is renewed either way.
-  bool changed(Ogre::SceneManager& scene, Ogre::RenderTarget& target);
+  // call, or after forget()). `sceneChanges` is the scene view's change
+  // count; the scene graph is walked when it moved.
+  bool changed(Ogre::SceneManager& scene, Ogre::RenderTarget& target, std::uint64_t sceneChanges);
   // The next changed() answers true.
   void forget();
 
@@ -42,12 +51,23 @@ class FrameChangeWatch {
     }
   };
 
+  // A record and the one before it.
+  struct History {
+    Record last;
+    Record current;
+    // Swaps the records; true when the new one differs from the last.
+    bool renew();
+  };
+
+  void recordView(Ogre::SceneManager& scene, Ogre::RenderTarget& target, Record& record) const;
   void recordNode(const Ogre::Node& node, Record& record) const;
   void recordOverlays(Record& record) const;
   void recordElement(const Ogre::OverlayElement& element, Record& record) const;
 
-  Record m_last;
-  Record m_current;
+  History m_view;
+  History m_scene;
+  std::uint64_t m_sceneChanges = 0;
+  int m_callsSinceSceneWalk = 0;
   bool m_known = false;
 };
 

@@ -336,7 +336,8 @@ void RenderWidget::updateView() {
   displayText();
   if (m_renderOnDemand) {
     // The record follows every tick, so it matches what the screen shows.
-    const bool pictureChanged = m_changeWatch->changed(*m_worldView->getOgreSceneManager(), *m_renderWindow);
+    const bool pictureChanged =
+        m_changeWatch->changed(*m_worldView->getOgreSceneManager(), *m_renderWindow, m_worldView->changeCount());
     // The info overlay's statistics change with every frame they count.
     if (!pictureChanged && !m_infoDisplayed) return;
   }

@@ -23,6 +23,7 @@ void JointController3DView::attachCommandMarker(Ogre::SceneNode* markerNode, Ogr
   m_ringRadius = ringRadius;
   m_restMaterial = restMaterial;
   m_commandedMaterial = commandedMaterial;
+  noteChange();
   updateCommandMarker();
   applyLook();
 }
@@ -40,8 +41,10 @@ void JointController3DView::detachFromScene() {
 void JointController3DView::updatePose() {
   const MK::Math::Transform pose = m_controller->globalTransform();
   const Ogre::Vector3 axis = toOgreVector(m_controller->localAxis()).normalisedCopy();
-  placeNode(*m_node, toOgrePosition(pose),
-            toOgreOrientation(pose) * Ogre::Vector3::UNIT_Z.getRotationTo(axis, Ogre::Vector3::UNIT_X));
+  if (placeNode(*m_node, toOgrePosition(pose),
+                toOgreOrientation(pose) * Ogre::Vector3::UNIT_Z.getRotationTo(axis, Ogre::Vector3::UNIT_X))) {
+    noteChange();
+  }
   updateCommandMarker();
 }
 
@@ -52,7 +55,10 @@ std::vector<std::string> JointController3DView::restingMaterials() const {
 }
 
 void JointController3DView::visibilityChanged() {
-  if (m_marker) m_marker->setVisible(shown() && m_showsCommand);
+  if (m_marker && m_marker->getVisible() != (shown() && m_showsCommand)) {
+    m_marker->setVisible(shown() && m_showsCommand);
+    noteChange();
+  }
 }
 
 void JointController3DView::updateCommandMarker() {
@@ -60,8 +66,8 @@ void JointController3DView::updateCommandMarker() {
   const float angle = hasCommand ? m_controller->commandTarget() - m_controller->actuator()->m_value : 0.0f;
   // A position written into the actuator that is not finite waits for the next step to repair it.
   if (hasCommand && m_markerNode && std::isfinite(angle)) {
-    placeNode(*m_markerNode, Ogre::Vector3(m_ringRadius * std::cos(angle), m_ringRadius * std::sin(angle), 0.0f),
-              m_markerNode->getOrientation());
+    const Ogre::Vector3 onTheRing(m_ringRadius * std::cos(angle), m_ringRadius * std::sin(angle), 0.0f);
+    if (placeNode(*m_markerNode, onTheRing, m_markerNode->getOrientation())) noteChange();
   }
   if (hasCommand != m_showsCommand) {
     m_showsCommand = hasCommand;

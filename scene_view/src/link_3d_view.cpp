@@ -14,7 +14,7 @@ Link3DView::Link3DView(boost::shared_ptr<Link> link, Ogre::SceneNode* node)
 // The link's global transform already holds its robot's base pose.
 void Link3DView::updatePose() {
   const MK::Math::Transform pose = m_link->globalTransform();
-  placeNode(*m_node, toOgrePosition(pose), toOgreOrientation(pose));
+  if (placeNode(*m_node, toOgrePosition(pose), toOgreOrientation(pose))) noteChange();
 }
 
 }  // namespace VX::NextGenView

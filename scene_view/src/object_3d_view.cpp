@@ -26,8 +26,10 @@ void Object3DView::setShownByScene(bool shown) {
 
 void Object3DView::applyVisibility() {
   if (m_entity) {
+    const std::uint32_t queryFlags = m_shownByScene ? m_queryFlags : 0u;
+    if (m_entity->getVisible() != shown() || m_entity->getQueryFlags() != queryFlags) noteChange();
     m_entity->setVisible(shown());
-    m_entity->setQueryFlags(m_shownByScene ? m_queryFlags : 0u);
+    m_entity->setQueryFlags(queryFlags);
   }
   visibilityChanged();
 }
@@ -36,6 +38,7 @@ void Object3DView::attachEntity(Ogre::Entity* entity, const std::string& highlig
   m_entity = entity;
   m_highlightMaterial = highlightMaterial;
   m_normalMaterials.clear();
+  noteChange();
   if (!m_entity) return;
   for (unsigned i = 0; i < m_entity->getNumSubEntities(); ++i) {
     m_normalMaterials.push_back(m_entity->getSubEntity(i)->getMaterialName());
@@ -57,6 +60,7 @@ void Object3DView::refresh() {
 }
 
 void Object3DView::detachFromScene() {
+  noteChange();
   m_node = nullptr;
   m_entity = nullptr;
   m_showsHighlight = false;
@@ -71,6 +75,7 @@ void Object3DView::applyLook() {
         m_showsHighlight || i >= resting.size() ? m_highlightMaterial : resting[i];
     if (m_entity->getSubEntity(i)->getMaterialName() != material) {
       m_entity->getSubEntity(i)->setMaterialName(material);
+      noteChange();
     }
   }
 }

@@ -34,12 +34,22 @@ inline Ogre::ColourValue toOgreColour(const Eigen::Vector4f& rgba) {
 
 // Moves the node only when its pose changes. Every set marks the node and its
 // parents for OGRE's bounds update, which a still robot need not pay on each
-// refresh tick.
-inline void placeNode(Ogre::Node& node, const Ogre::Vector3& position, Ogre::Quaternion orientation) {
-  if (node.getPosition() != position) node.setPosition(position);
-  // The node keeps its orientation normalised: compare like with like.
-  orientation.normalise();
-  if (node.getOrientation() != orientation) node.setOrientation(orientation);
+// refresh tick. True when the node moved.
+inline bool placeNode(Ogre::Node& node, const Ogre::Vector3& position, const Ogre::Quaternion& orientation) {
+  bool moved = false;
+  if (node.getPosition() != position) {
+    node.setPosition(position);
+    moved = true;
+  }
+  // The node keeps its orientation normalised: compare like with like. It
+  // gets the raw one, as normalising twice can change the last bit.
+  Ogre::Quaternion stored = orientation;
+  stored.normalise();
+  if (node.getOrientation() != stored) {
+    node.setOrientation(orientation);
+    moved = true;
+  }
+  return moved;
 }
 
 }  // namespace VX::NextGenView

@@ -41,6 +41,7 @@ struct World3DView::Impl {
   std::unique_ptr<SceneAssets> assets;              // once the render system is ready
   bool ringsShown = true;
   bool collisionsShown = false;
+  std::uint64_t robotsChanged = 0;  // robots added or removed
 
   ~Impl() {
     // Entities before the meshes and materials they use; the engine (and so
@@ -67,7 +68,11 @@ struct World3DView::Impl {
         synced.push_back(std::make_unique<RobotScene>(robot, sceneManager, rootNode));
         synced.back()->setRingsShown(ringsShown);
         synced.back()->setCollisionGeometryShown(collisionsShown, assets.get());
+        ++robotsChanged;
       }
+    }
+    for (const auto& removed : robots) {  // the scenes not moved over
+      if (removed) ++robotsChanged;
     }
     robots = std::move(synced);  // scenes of removed robots are destroyed here
   }
@@ -199,6 +204,17 @@ void World3DView::setCollisionGeometryShown(bool shown) {
 }
 
 bool World3DView::collisionGeometryShown() const { return m_impl->collisionsShown; }
+
+// The views' own counts only grow, so their sum moves with any change; the
+// robots' count covers views that come and go.
+std::uint64_t World3DView::changeCount() const {
+  std::uint64_t count = m_impl->robotsChanged;
+  for (const auto& scene : m_impl->robots) {
+    for (const auto& view : scene->linkViews()) count += view->changeCount();
+    for (const auto& view : scene->controllerViews()) count += view->changeCount();
+  }
+  return count;
+}
 
 boost::shared_ptr<World> World3DView::world() const { return m_impl->world; }
 Ogre::Root* World3DView::getOgreRoot() const { return m_impl->engine ? m_impl->engine->root() : nullptr; }

@@ -54,6 +54,11 @@ class Object3DView {
   // True when the entity shows the selected look.
   bool showsHighlight() const { return m_showsHighlight; }
 
+  // Counts the changes this view made to its OGRE node and objects (a pose,
+  // a look, a visibility, an entity taken or let go); it never goes down.
+  // Render on change redraws when a count moved.
+  std::uint64_t changeCount() const { return m_changeCount; }
+
  protected:
   Object3DView(boost::shared_ptr<Frame> frame, Ogre::SceneNode* node);
 
@@ -65,6 +70,8 @@ class Object3DView {
   void applyLook();
   // Visible, and not hidden by a scene-wide switch.
   bool shown() const { return m_visible && m_shownByScene; }
+  // Called by every change to the node or objects.
+  void noteChange() { ++m_changeCount; }
 
   boost::shared_ptr<Frame> m_frame;
   Ogre::SceneNode* m_node = nullptr;
@@ -79,6 +86,7 @@ class Object3DView {
   bool m_showsHighlight = false;
   bool m_shownByScene = true;
   std::uint32_t m_queryFlags = 0;  // the entity's own, while shown by the scene
+  std::uint64_t m_changeCount = 0;
 };
 
 }  // namespace VX::NextGenView

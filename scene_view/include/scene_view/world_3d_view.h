@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 
 #include <boost/shared_ptr.hpp>
@@ -60,6 +61,11 @@ class World3DView {
   // is then seen, and picked like any link.
   void setCollisionGeometryShown(bool shown);
   bool collisionGeometryShown() const;
+
+  // Moves with every change update() and the calls above made to the OGRE
+  // scene: poses, looks, visibility, robots added or removed. A still scene
+  // keeps it, so render on change reads it instead of walking the scene.
+  std::uint64_t changeCount() const;
 
   boost::shared_ptr<World> world() const;
   Ogre::Root* getOgreRoot() const;
