@@ -45,8 +45,9 @@ void JointController3DView::updatePose() {
                 toOgreOrientation(pose) * Ogre::Vector3::UNIT_Z.getRotationTo(axis, Ogre::Vector3::UNIT_X))) {
     noteChange();
   }
-  updateCommandMarker();
 }
+
+void JointController3DView::refreshDecorations() { updateCommandMarker(); }
 
 std::vector<std::string> JointController3DView::restingMaterials() const {
   std::vector<std::string> materials = Object3DView::restingMaterials();

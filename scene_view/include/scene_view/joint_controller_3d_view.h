@@ -29,6 +29,7 @@ class JointController3DView : public Object3DView {
 
  protected:
   void updatePose() override;
+  void refreshDecorations() override;
   std::vector<std::string> restingMaterials() const override;
   void visibilityChanged() override;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -62,7 +63,10 @@ class Object3DView {
  protected:
   Object3DView(boost::shared_ptr<Frame> frame, Ogre::SceneNode* node);
 
+  // Brings the node to the frame's pose; called only when that pose changed.
   virtual void updatePose() = 0;
+  // Brings what else the view shows up to date; called on every refresh.
+  virtual void refreshDecorations() {}
   // The materials of the entity's sub-entities when not selected.
   virtual std::vector<std::string> restingMaterials() const { return m_normalMaterials; }
   virtual void visibilityChanged() {}
@@ -87,6 +91,10 @@ class Object3DView {
   bool m_shownByScene = true;
   std::uint32_t m_queryFlags = 0;  // the entity's own, while shown by the scene
   std::uint64_t m_changeCount = 0;
+  // The frame's pose the node was last placed at: a still frame costs no
+  // conversion and no look at the (cold) OGRE node on a refresh tick.
+  std::array<float, 16> m_placedPose{};
+  bool m_placed = false;
 };
 
 }  // namespace VX::NextGenView
