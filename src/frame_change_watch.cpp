@@ -96,9 +96,9 @@ void FrameChangeWatch::recordNode(const Ogre::Node& node, Record& record) const 
   add(record.numbers, node.getPosition());
   add(record.numbers, node.getOrientation());
   add(record.numbers, node.getScale());
-  // Every node below the root scene node is a scene node. The walk runs on
-  // every refresh tick: objects are told apart by their type flags, which
-  // costs far less than a cast that walks the class hierarchy.
+  // Every node below the root scene node is a scene node. The walk runs
+  // often: objects are told apart by their type flags, which costs far less
+  // than a cast that walks the class hierarchy.
   for (const Ogre::MovableObject* object : static_cast<const Ogre::SceneNode&>(node).getAttachedObjects()) {
     record.identities.push_back(object);
     record.numbers.push_back(object->isVisible() ? 1.0f : 0.0f);

@@ -56,8 +56,9 @@ std::vector<std::string> JointController3DView::restingMaterials() const {
 }
 
 void JointController3DView::visibilityChanged() {
-  if (m_marker && m_marker->getVisible() != (shown() && m_showsCommand)) {
-    m_marker->setVisible(shown() && m_showsCommand);
+  const bool markerShown = shown() && m_showsCommand;
+  if (m_marker && m_marker->getVisible() != markerShown) {
+    m_marker->setVisible(markerShown);
     noteChange();
   }
 }
