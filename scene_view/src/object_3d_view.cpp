@@ -1,10 +1,5 @@
 #include "scene_view/object_3d_view.h"
 
-#include <algorithm>
-#include <cmath>
-
-#include <Eigen/Core>
-
 #include <OgreEntity.h>
 #include <OgreSceneNode.h>
 #include <OgreSubEntity.h>
@@ -56,12 +51,10 @@ void Object3DView::attachEntity(Ogre::Entity* entity, const std::string& highlig
 
 void Object3DView::refresh() {
   if (m_frame && m_node) {
-    std::array<float, 16> pose;
-    Eigen::Map<Eigen::Matrix4f>(pose.data()) = m_frame->globalTransform().isometry().matrix();
+    const Eigen::Matrix4f pose = m_frame->globalTransform().isometry().matrix();
     // A pose that is not finite would trip OGRE's assertions: the node keeps its
     // last pose (the world model reports where the bad number came from).
-    const bool finite = std::all_of(pose.begin(), pose.end(), [](float value) { return std::isfinite(value); });
-    if (finite && (!m_placed || pose != m_placedPose)) {
+    if (pose.allFinite() && (!m_placed || pose != m_placedPose)) {
       updatePose();
       m_placedPose = pose;
       m_placed = true;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
 #include <cstdint>
 
+#include <Eigen/Core>
 #include <boost/shared_ptr.hpp>
 
 namespace Ogre {
@@ -93,7 +93,7 @@ class Object3DView {
   std::uint64_t m_changeCount = 0;
   // The frame's pose the node was last placed at: a still frame costs no
   // conversion and no look at the (cold) OGRE node on a refresh tick.
-  std::array<float, 16> m_placedPose{};
+  Eigen::Matrix4f m_placedPose = Eigen::Matrix4f::Zero();
   bool m_placed = false;
 };
 
