@@ -24,7 +24,10 @@ namespace VX::NextGenView {
 // and the look of what hangs on it) is large: walking it on every refresh
 // tick cost a still view most of its CPU. It is walked when the scene view
 // reports a change, and every a_callsPerSceneWalk calls anyway, which catches
-// what a host changes in OGRE behind the scene view's back.
+// a host's node moves, visibility and material swaps made in OGRE behind the
+// scene view's back. Edits inside a mesh's buffers or a material's passes
+// (its colours, its textures) are not recorded: they show at the next
+// change, resize or screenshot.
 class FrameChangeWatch {
  public:
   static constexpr int a_callsPerSceneWalk = 8;  // 0.2 s at the 40 Hz refresh

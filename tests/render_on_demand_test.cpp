@@ -232,6 +232,35 @@ TEST_F(RenderOnDemand, AChangeBehindTheSceneViewsBackRendersWithinTheSceneWalk) 
   EXPECT_EQ(framesOver(VX::NextGenView::FrameChangeWatch::a_callsPerSceneWalk), 1);
 }
 
+// The host's switches change what is drawn without moving anything the
+// scene view counts as a pose: each must still be drawn on the next tick.
+TEST_F(RenderOnDemand, TheCollisionSwitchRenders) {
+  switchOn();
+  m_container->setCollisionGeometryShown(true);
+  EXPECT_EQ(framesOver(1), 1) << "the collision shapes replace the visuals";
+  EXPECT_EQ(framesOver(2), 0);
+  m_container->setCollisionGeometryShown(false);
+  EXPECT_EQ(framesOver(1), 1) << "the visuals come back";
+  EXPECT_EQ(framesOver(2), 0);
+}
+
+TEST_F(RenderOnDemand, HidingAndShowingTheRingsRenders) {
+  switchOn();
+  m_container->setJointRingsShown(false);
+  EXPECT_EQ(framesOver(1), 1) << "the rings go";
+  EXPECT_EQ(framesOver(2), 0);
+  m_container->setJointRingsShown(true);
+  EXPECT_EQ(framesOver(1), 1) << "the rings come back";
+  EXPECT_EQ(framesOver(2), 0);
+}
+
+TEST_F(RenderOnDemand, FramingTheWorldRenders) {
+  switchOn();
+  ASSERT_TRUE(m_container->frameWorld());
+  EXPECT_GE(m_frames->taken() + framesOver(1), 1) << "the framed camera is drawn";
+  EXPECT_EQ(framesOver(3), 0);
+}
+
 TEST_F(RenderOnDemand, ScreenshotsRender) {
   switchOn();
   QTemporaryDir folder;

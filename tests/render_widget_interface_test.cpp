@@ -5,6 +5,8 @@
 #include <QMetaMethod>
 #include <QSignalSpy>
 
+#include <vector>
+
 #include <Overlay/OgreOverlay.h>
 #include <Overlay/OgreTextAreaOverlayElement.h>
 
@@ -73,13 +75,31 @@ TEST(RenderWidgetInterface, SlotsDispatchToTheDerivedView) {
   EXPECT_TRUE(view.lastInfo);
 }
 
+// The 2D view, with a spy on the one slot that has no effect of its own.
+class Spied2d : public RenderWidget2d {
+ public:
+  using RenderWidget2d::RenderWidget2d;
+  void displayInfo(bool shown) override {
+    RenderWidget2d::displayInfo(shown);
+    infoCalls.push_back(shown);
+  }
+  std::vector<bool> infoCalls;
+};
+
 TEST(RenderWidgetInterface, SlotsDispatchToTheTwoDimensionalView) {
-  RenderWidget2d view(nullptr, testing_support::worldWithBundledRobot(), "/no/pictures");
+  Spied2d view(nullptr, testing_support::worldWithBundledRobot(), "/no/pictures");
   QSignalSpy chains(&view, &RenderWidgetInterface::chainSelected);
   ASSERT_TRUE(invokeInterfaceSlot(&view, "updateView()"));
   ASSERT_EQ(chains.count(), 1) << "the 2D view announces the whole robot";
   EXPECT_EQ(view.bitmapAreas().size(), 5);
+  const QString picture = view.currentImage();
+
   ASSERT_TRUE(invokeInterfaceSlot(&view, "displayInfo(bool)", Q_ARG(bool, true)));
+  EXPECT_EQ(view.infoCalls, std::vector<bool>({true})) << "the call reaches the 2D view";
+  // The 2D view has no information overlay: the call changes nothing.
+  EXPECT_EQ(chains.count(), 1);
+  EXPECT_EQ(view.bitmapAreas().size(), 5);
+  EXPECT_EQ(view.currentImage(), picture);
 }
 
 TEST(RenderWidgetInterface, SlotsDispatchToTheThreeDimensionalView) {

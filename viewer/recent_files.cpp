@@ -22,7 +22,13 @@ void RecentFiles::add(const QString& file) {
 }
 
 void RecentFiles::fillMenu() {
-  m_menu->clear();
+  // The menu is rebuilt from inside one of its own actions' triggered signal
+  // (opening a recent file adds it again): the old actions are deleted once
+  // control is back in the event loop, not while Qt still emits from them.
+  for (QAction* action : m_menu->actions()) {
+    m_menu->removeAction(action);
+    action->deleteLater();
+  }
   const QStringList list = files();
   for (int i = 0; i < list.size(); ++i) {
     const QString file = list[i];

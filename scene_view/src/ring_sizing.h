@@ -6,8 +6,9 @@ namespace VX::NextGenView {
 // its size: about 4 cm on the 0.55 m bundled robot) unless the link it turns
 // is far from the robot's typical limb: then the ring follows the link, so
 // that a 2 m humanoid's finger rings do not drown its hand and a 5 cm
-// finger's rings do not hide inside it. Every ring stays within bounds of
-// the robot's size.
+// finger's rings do not hide inside it. A lone ring stays within bounds of
+// the robot's size; rings nested around one joint centre (a shoulder's pitch
+// and roll) each grow past the last, and so may exceed a_largestToRobotSize.
 struct RingSizing {
   static constexpr float a_ringToRobotSize = 0.07f;
   // Around a link: at least this fraction of its largest side (its sides then

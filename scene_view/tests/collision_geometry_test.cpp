@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <OgreEntity.h>
+#include <OgreMesh.h>
+#include <OgreSubEntity.h>
 #include <OgreRay.h>
 #include <OgreSceneQuery.h>
 
@@ -100,8 +102,19 @@ TEST_F(CollisionGeometry, ASelectedLinkKeepsItsHighlightAcrossTheSwitch) {
   base->m_selected = base->m_highlighted = base->m_changed = true;
   view->update();
   ASSERT_TRUE(base->showsHighlight());
+  const Ogre::Entity* visual = base->entity();
+  ASSERT_NE(visual, nullptr);
+  const std::string highlight = visual->getSubEntity(0)->getMaterialName();
+  const std::string visualMesh = visual->getMesh()->getName();
+
   view->setCollisionGeometryShown(true);
-  EXPECT_TRUE(base->showsHighlight());
+  const Ogre::Entity* collision = base->entity();
+  ASSERT_NE(collision, nullptr);
+  ASSERT_NE(collision->getMesh()->getName(), visualMesh) << "the collision shapes are a mesh of their own";
+  ASSERT_GT(collision->getNumSubEntities(), 0u);
+  for (unsigned i = 0; i < collision->getNumSubEntities(); ++i) {
+    EXPECT_EQ(collision->getSubEntity(i)->getMaterialName(), highlight) << "sub-entity " << i;
+  }
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include <OgreAxisAlignedBox.h>
 
@@ -136,11 +138,32 @@ TEST(MeshFileLoader, ReportsMissingAndBrokenFiles) {
   EXPECT_NE(loader.load(a_data).error, "") << "a folder is not a mesh";
 }
 
+// The file's content changes behind the loader's back, keeping its size and
+// time: a loader that read the file again would see the larger cube.
 TEST(MeshFileLoader, ReadsEachFileOnce) {
+  testing::TemporaryFolder folder;
+  const std::string file = (folder.path() / "part.stl").string();
+  std::filesystem::copy_file(a_data + "/cube.stl", file);
   MeshFileLoader loader;
-  const MeshFileLoadResult& first = loader.load(a_data + "/cube.stl");
-  const MeshFileLoadResult& second = loader.load(a_data + "/cube.stl");
-  EXPECT_EQ(&first, &second);
+  ASSERT_EQ(loader.load(file).error, "");
+  const auto written = std::filesystem::last_write_time(file);
+  const auto bytes = std::filesystem::file_size(file);
+
+  std::ifstream in(file);
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  for (std::size_t at = text.find("vertex"); at != std::string::npos; at = text.find("vertex", at + 1)) {
+    for (std::size_t i = at; i < text.size() && text[i] != '\n'; ++i) {
+      if (text[i] == '1') text[i] = '2';
+    }
+  }
+  folder.write("part.stl", text);
+  std::filesystem::last_write_time(file, written);
+  ASSERT_EQ(std::filesystem::file_size(file), bytes);
+
+  EXPECT_TRUE(boundsOf(loader.load(file)).getSize().positionEquals(Ogre::Vector3(2, 2, 2), 1e-5f))
+      << "an unchanged file (same time, same size) is not read again";
+  EXPECT_TRUE(boundsOf(MeshFileLoader().load(file)).getSize().positionEquals(Ogre::Vector3(4, 4, 4), 1e-5f))
+      << "the file on disk did change";
 }
 
 // The robot's mesh file, rewritten by the user as the viewer runs.

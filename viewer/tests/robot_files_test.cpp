@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
+#include <QPointer>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStatusBar>
@@ -286,6 +287,38 @@ TEST_F(RobotFiles2d, RecentFilesAreKeptNewestFirstAndOpenFromTheMenu) {
   ASSERT_EQ(recent->actions().size(), 2);
   recent->actions().at(1)->trigger();
   EXPECT_EQ(m_documents->files(), QStringList({m_file}));
+}
+
+// Opening a recent file adds it again, which rebuilds the menu from inside
+// the clicked action's own signal: the action must outlive its emission.
+TEST_F(RobotFiles2d, ClickingARecentFileRebuildsTheMenuSafely) {
+  ASSERT_TRUE(m_window->openRobotFile(framingRobot("finger_5cm.urdf")));
+  ASSERT_TRUE(m_window->openRobotFile(m_file));
+  QMenu* recent = nullptr;
+  for (QMenu* menu : m_window->findChildren<QMenu*>()) {
+    if (menu->title() == "Open &recent") recent = menu;
+  }
+  ASSERT_NE(recent, nullptr);
+  ASSERT_EQ(recent->actions().size(), 2);
+  QPointer<QAction> clicked = recent->actions().at(1);
+  ASSERT_EQ(clicked->data().toString(), framingRobot("finger_5cm.urdf"));
+  // The menu reports the action it triggered after the action's own signal:
+  // by then the action has to be alive still.
+  QString reported;
+  QObject::connect(recent, &QMenu::triggered, [&reported](QAction* action) { reported = action->data().toString(); });
+
+  recent->popup(QPoint(20, 20));
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(recent));
+  QTest::mouseClick(recent, Qt::LeftButton, Qt::NoModifier, recent->actionGeometry(clicked).center());
+
+  EXPECT_EQ(m_documents->files(), QStringList({framingRobot("finger_5cm.urdf")}));
+  EXPECT_EQ(reported, framingRobot("finger_5cm.urdf"));
+  EXPECT_FALSE(clicked.isNull()) << "deleted while Qt still emitted from it";
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(clicked.isNull()) << "the old actions are gone once the event loop runs";
+  ASSERT_EQ(recent->actions().size(), 2);
+  EXPECT_EQ(recent->actions().at(0)->data().toString(), framingRobot("finger_5cm.urdf"));
+  EXPECT_EQ(recent->actions().at(1)->data().toString(), m_file);
 }
 
 TEST(RobotFiles2dPictures, ARobotOfOtherChainsShowsTheUnknownPictureAndFiveChainsTheRobot) {

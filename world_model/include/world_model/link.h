@@ -8,7 +8,8 @@
 namespace VX::NextGenView {
 
 // A rigid body of a robot; its frame is the link frame of the description.
-// Its collision geometry uses the visual's shapes, without colours.
+// Its collision geometry comes from the description's <collision> elements
+// (shapes and meshes, without colours), apart from its visuals.
 class Link : public Frame {
  public:
   Link(std::string name, std::vector<Visual> visuals, std::vector<Visual> collisions = {});
